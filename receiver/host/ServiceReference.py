@@ -3,8 +3,8 @@ from receiver.data.reference import eServiceReference
 from receiver.data.service_center import eServiceCenter
 
 
-class ServiceReference(eServiceReference):
-    """Wraps a reference: use `.ref`, not the object itself (the base is not initialised, as on boxes).
+class ServiceReference:
+    """A wrapper and no reference itself: use `.ref`.
 
     ref -- an eServiceReference, or its text, or an empty value for an invalid one. With `reftype` (not -1) a new
     reference of (reftype, flags, path) is made instead.
