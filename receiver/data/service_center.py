@@ -1,38 +1,160 @@
-"""eServiceCenter: what the host's screens ask about services."""
+"""eServiceCenter: what the host's screens ask about services, answered from lamedb and the bouquets."""
+import os
+import re
+
+from . import env
+from .bouquets import Bouquets, bouquet_file
+from .lamedb import Lamedb
+from .reference import eServiceReference
+
+TV_TYPES = (1, 17, 22, 25, 31, 134, 195, 211)
+RADIO_TYPES = (2, 10)
+
+
+def _types(types):
+    return " || ".join("(type == %d)" % number for number in types)
+
+
+def _root(mode, query):
+    return "1:7:%d:0:0:0:0:0:0:0:%s" % (mode, query)
 
 
 class ServiceList:
-    """A snapshot of the services in one list."""
+    """A snapshot of one list."""
+
+    def __init__(self, refs, name_of):
+        self._refs = refs
+        self._name_of = name_of
+        self._next = iter(refs)
 
     def getNext(self):
         """The next eServiceReference; an invalid one after the last."""
+        ref = next(self._next, None)
+        return eServiceReference() if ref is None else eServiceReference(ref)
 
-    def getContent(self, format="", sorted=False):
+    def getContent(self, format="R", sorted=False):
         """All services at once: one item per service for a one-letter format, else a tuple with one field per letter.
 
-        S text form, C compare form, R eServiceReference, N name, n short name (the same here).
+        S text form, C compare form, R eServiceReference, N name, n short name (the same here). ValueError for another
+        letter. `sorted` orders them by name.
         """
+        fields = {"S": eServiceReference.toString, "C": eServiceReference.toCompareString, "R": eServiceReference,
+                  "N": self._name_of, "n": self._name_of}
+        if not format or set(format) - set(fields):
+            raise ValueError("unknown format %r" % format)
+        refs = self._refs
+        if sorted:
+            refs = refs[:]
+            refs.sort(key=lambda ref: self._name_of(ref).casefold())
+        rows = [tuple(fields[letter](ref) for letter in format) for ref in refs]
+        return [row[0] for row in rows] if len(format) == 1 else rows
 
 
 class eServiceCenter:
-    """The service database of this run's etc folder; read when first asked for."""
+    """The service database of this run's etc folder, read when first asked for."""
 
-    # Roots: what the channel list starts from, as eServiceReference text. (constants at the end)
-    ROOT_TV_FAVOURITES = ROOT_RADIO_FAVOURITES = ROOT_TV_ALL = ROOT_RADIO_ALL = ""
-    ROOT_TV_PROVIDERS = ROOT_RADIO_PROVIDERS = ROOT_TV_SATELLITES = ROOT_RADIO_SATELLITES = ""
+    # Where the channel list starts, as eServiceReference texts.
+    ROOT_TV_FAVOURITES = _root(1, 'FROM BOUQUET "bouquets.tv" ORDER BY bouquet')
+    ROOT_RADIO_FAVOURITES = _root(2, 'FROM BOUQUET "bouquets.radio" ORDER BY bouquet')
+    ROOT_TV_ALL = _root(1, _types(TV_TYPES) + " ORDER BY name")
+    ROOT_RADIO_ALL = _root(2, _types(RADIO_TYPES) + " ORDER BY name")
+    ROOT_TV_PROVIDERS = _root(1, _types(TV_TYPES) + " FROM PROVIDERS ORDER BY name")
+    ROOT_RADIO_PROVIDERS = _root(2, _types(RADIO_TYPES) + " FROM PROVIDERS ORDER BY name")
+    ROOT_TV_SATELLITES = _root(1, _types(TV_TYPES) + " FROM SATELLITES ORDER BY satellitePosition")
+    ROOT_RADIO_SATELLITES = _root(2, _types(RADIO_TYPES) + " FROM SATELLITES ORDER BY satellitePosition")
+
+    _instance = None
+
+    def __init__(self):
+        self._lamedb = self._bouquets = None
 
     @staticmethod
     def getInstance():
-        """The one service centre."""
-
-    def list(self, ref):
-        """A ServiceList of what `ref` (bouquet, root, provider, satellite) holds, or None when it is no list."""
-
-    def getName(self, ref):
-        """Display name: the reference's own, else the bouquet's, else the one in lamedb, else ""."""
+        """The one service centre of the process."""
+        if eServiceCenter._instance is None:
+            eServiceCenter._instance = eServiceCenter()
+        return eServiceCenter._instance
 
     def reload(self):
-        """Read lamedb and the bouquets again."""
+        """Read lamedb and the bouquets of the etc folder (again)."""
+        self._lamedb = Lamedb.read(os.path.join(env.etc(), "lamedb"))
+        self._bouquets = Bouquets(env.etc())
 
     def counts(self):
-        """(services in lamedb, bouquets)."""
+        """(services in lamedb, bouquets below the two roots)."""
+        self._load()
+        return len(self._lamedb.services), len(self._bouquets.files) - len(Bouquets.ROOTS)
+
+    def list(self, ref):
+        """A ServiceList of what `ref` (root, bouquet, provider, satellite) holds; None when it is no list."""
+        self._load()
+        if ref.type != ref.idDVB or not ref.flags & ref.canDescent:
+            return None
+        bouquet = self._bouquets.find(ref)
+        if bouquet:
+            refs = [entry for entry in bouquet.services if not entry.flags & ref.isInvisible]
+        elif "FROM BOUQUET" not in ref.getPath() and "(type ==" in ref.getPath():
+            refs = self._query(ref)
+        else:
+            return None
+        return ServiceList(refs, self.getName)
+
+    def getName(self, ref):
+        """Display name: a bouquet's own, else the one in the reference, else the one in lamedb, else ""."""
+        self._load()
+        bouquet = self._bouquets.find(ref)
+        if bouquet:
+            return bouquet.name or ref.getName() or bouquet_file(ref)
+        if ref.getName() or ref.type != ref.idDVB or ref.flags & (ref.isMarker | ref.isDirectory) or ref.getPath():
+            return ref.getName()
+        service = self._lamedb.find(ref)
+        return service.name if service else ""
+
+    def _load(self):
+        if self._lamedb is None:
+            self.reload()
+
+    def _query(self, ref):
+        """All services that a list query means, or the providers or satellites they come from."""
+        path = ref.getPath()
+        types = set(map(int, re.findall(r"\(type == (\d+)\)", path)))
+        services = [service for service in self._lamedb.services.values() if service.type in types]
+        if "FROM PROVIDERS" in path:
+            return self._groups(ref, services, 'provider == "%s"', lambda service: service.provider)
+        if "FROM SATELLITES" in path:
+            return self._groups(ref, services, "satellitePosition == %d", lambda service: service.namespace >> 16)
+        provider = re.match(r'\(provider == "(.*)"\) && \(', path, re.DOTALL)
+        position = re.match(r"\(satellitePosition == (\d+)\) && \(", path)
+        if provider:
+            services = [service for service in services if service.provider == provider.group(1)]
+        if position:
+            services = [service for service in services if service.namespace >> 16 == int(position.group(1))]
+        services.sort(key=lambda service: service.name.casefold())
+        return [service.reference() for service in services]
+
+    @staticmethod
+    def _groups(ref, services, condition, group_of):
+        """One directory per provider or satellite of `services`, in order."""
+        terms = " || ".join(re.findall(r"\(type == \d+\)", ref.getPath()))
+        refs = []
+        for group in sorted(set(map(group_of, services)), key=_order):
+            path = "(%s) && (%s) ORDER BY name" % (condition % group, terms)
+            entry = eServiceReference(ref.type, ref.flags, path)
+            entry.setData(0, ref.getData(0))
+            entry.setName(_position_name(group) if isinstance(group, int) else group or "Unknown")
+            refs.append(entry)
+        return refs
+
+
+def _order(group):
+    """Providers whatever their case, satellites from east to west."""
+    return group if isinstance(group, int) else (group.casefold(), group)
+
+
+def _position_name(position):
+    """The usual name of an orbital position given in tenths of a degree east, up to 3599."""
+    if position in (0xEEEE, 0xFFFF):
+        return "Terrestrial" if position == 0xEEEE else "Cable"
+    if position > 1800:
+        return "%.1f°W" % ((3600 - position) / 10)
+    return "%.1f°E" % (position / 10)

@@ -9,9 +9,10 @@
 import os
 
 from Components.config_elements import (  # noqa: F401 (offered from here)
-    ConfigBoolean, ConfigElement, ConfigInteger, ConfigNothing, ConfigNumber, ConfigSelection, ConfigSelectionNumber,
-    ConfigText, ConfigYesNo, KEY_0, KEY_9, KEY_ASCII, KEY_BACKSPACE, KEY_DELETE, KEY_END, KEY_HOME, KEY_LEFT,
-    KEY_NUMBERS, KEY_OK, KEY_RIGHT, KEY_TIMEOUT, KEY_TOGGLEOW, getKeyNumber)
+    ConfigBoolean, ConfigElement, ConfigNothing, ConfigSelection, ConfigSelectionNumber, ConfigYesNo, KEY_0, KEY_9,
+    KEY_ASCII, KEY_BACKSPACE, KEY_DELETE, KEY_END, KEY_HOME, KEY_LEFT, KEY_NUMBERS, KEY_OK, KEY_RIGHT, KEY_TIMEOUT,
+    KEY_TOGGLEOW, getKeyNumber)
+from Components.config_typed import ConfigInteger, ConfigNumber, ConfigText  # noqa: F401
 from receiver.data import env
 from receiver.data.settings_file import SettingsFile
 
