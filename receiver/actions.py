@@ -1,0 +1,75 @@
+"""Keys become actions here: the keymap file, and the bindings that the open screens have made."""
+
+from collections import defaultdict
+import xml.etree.ElementTree as ElementTree
+
+MAKE, REPEAT, BREAK, LONG = "m", "r", "b", "l"
+
+KEYS = ("up", "down", "left", "right", "ok", "exit", "red", "green", "yellow", "blue", "menu", "info", "epg",
+        "tv", "radio", "channelup", "channeldown", "previous", "next", "text",
+        "0", "1", "2", "3", "4", "5", "6", "7", "8", "9")
+
+
+class Keymap:
+    """Which action each context makes of a key: `lookup(context, key, flag)`."""
+
+    def __init__(self, path):
+        self._actions = defaultdict(dict)
+        for context in ElementTree.parse(path).getroot().iter("map"):
+            for entry in context.iter("key"):
+                key = entry.get("id")[len("KEY_"):].lower()
+                if key not in KEYS:
+                    raise ValueError("%s: the remote has no key %s" % (path, entry.get("id")))
+                for flag in entry.get("flags", MAKE):
+                    self._actions[context.get("context")][key, flag] = entry.get("mapto")
+
+    def lookup(self, context, key, flag):
+        return self._actions[context].get((key, flag))
+
+
+class _Binding:
+    def __init__(self, context, priority, function):
+        self.context, self.priority, self.function = context, priority, function
+        self.made = None
+
+
+class ActionMaps:
+    """The bindings of the GUI, known to screens as eActionMap."""
+
+    def __init__(self, keymap):
+        self._keymap = keymap
+        self._bindings = []
+        self._long_pressed = None
+
+    def bindAction(self, context, priority, function):
+        self._bindings.append(_Binding(context, priority, function))
+
+    def unbindAction(self, context, function):
+        for binding in self._bindings:
+            if binding.context == context and binding.function == function:
+                self._bindings.remove(binding)
+                return
+
+    def deliver(self, key, flag):
+        """Offer one key event to the bindings, by priority and then by age, until one answers non-zero. True if one did.
+
+        Who gets it is fixed before the first call: a screen opened by this key must not see it. Repeats and
+        releases go only to bindings that saw the press, and no release follows a long press.
+        """
+        if flag == BREAK and self._long_pressed == key:
+            return False
+        if flag in (MAKE, LONG):
+            self._long_pressed = key if flag == LONG else None
+        candidates = []
+        for binding in sorted(self._bindings, key=lambda binding: binding.priority):
+            if flag == MAKE:
+                binding.made = key
+            elif binding.made != key:
+                continue
+            action = self._keymap.lookup(binding.context, key, flag)
+            if action is not None:
+                candidates.append((binding, action))
+        for binding, action in candidates:
+            if binding.function(binding.context, action):
+                return True
+        return False

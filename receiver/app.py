@@ -1,0 +1,174 @@
+"""The receiver: switch it on, press keys, look at the picture. What a terminal, a browser or a test drives."""
+
+import contextlib
+import io
+import sys
+import traceback
+from collections import deque
+
+from receiver import picture
+from receiver.actions import BREAK, LONG, MAKE, REPEAT
+from receiver.data import env
+from receiver.data.epg_cache import eEPGCache
+from receiver.gui import HERE, Gui
+from receiver.layout import Skin
+from receiver.profile import PROFILES
+
+CRASH_SECONDS = 10
+CONSOLE_LINES = 500
+
+
+class Console(io.TextIOBase):
+    """The receiver's console: what its code prints, as the last lines and as a stream of lines to `on_line`."""
+
+    def __init__(self):
+        self.lines = deque(maxlen=CONSOLE_LINES)
+        self.on_line = lambda line: None
+        self._rest = ""
+
+    def writable(self):
+        return True
+
+    def write(self, text):
+        *lines, self._rest = (self._rest + text).split("\n")
+        for line in lines:
+            self.lines.append(line)
+            with contextlib.redirect_stdout(sys.__stdout__):  # a listener that prints is not on this console
+                self.on_line(line)
+        return len(text)
+
+
+class CrashScreen(dict):
+    """The picture of a GUI that has ended with an error. No host module is needed for it."""
+
+    class Text:
+        def __init__(self, text):
+            self.text = text
+
+    def __init__(self, trace):
+        # The marks under the source lines cost more room here than they tell.
+        trace = "\n".join(line for line in trace.split("\n") if line.strip(" ^~") or not line.strip())
+        super().__init__(trace=self.Text(trace.strip("\n")), hint=self.Text("The GUI starts again in a moment. OK: now"))
+        skin = Skin()
+        skin.load(HERE / "skin" / "hd.xml")
+        self.layout = skin.layout(skin.screens["CrashScreen"], problem=print)
+
+    def getTitle(self):
+        return self.layout.title
+
+
+class Receiver:
+    """The box. Its GUI runs on `loop` (an asyncio loop); everything happens on the thread that runs the loop.
+
+    etc -- the folder that plays /etc/enigma2
+    profile -- the image that the host modules imitate, a `Profile`
+    on_change -- called without arguments whenever the picture may have changed; set it to draw. It is called inside
+                 the turn, possibly many times: draw later, once.
+    """
+
+    def __init__(self, loop, etc, profile=PROFILES["full"]):
+        env.configure(etc)
+        self.loop = loop
+        self.profile = profile
+        self.console = Console()
+        self.on_change = lambda: None
+        self.is_on = False
+        self.crash = None
+        self._gui = None
+        self._restart_timer = None
+
+    def switch_on(self):
+        """Start the GUI; the first plug-in of the menu opens by itself."""
+        self.is_on = True
+        self._start(first_plugin=True)
+
+    def switch_off(self):
+        """End the GUI in good order: what its screens have saved is in the settings file."""
+        if self.is_on:
+            self._end()
+            self.is_on = False
+            self.on_change()
+
+    def press(self, key):
+        """Press and release a key, one of receiver.actions.KEYS."""
+        self.key(key, MAKE)
+        self.key(key, BREAK)
+
+    def hold(self, key, repeats):
+        """Keep a key pressed until it has repeated that often, then release it."""
+        self.key(key, MAKE)
+        for _ in range(repeats):
+            self.key(key, REPEAT)
+        self.key(key, BREAK)
+
+    def press_long(self, key):
+        """Press a key until that counts as a long press, then release it."""
+        for flag in (MAKE, LONG, BREAK):
+            self.key(key, flag)
+
+    def key(self, key, flag):
+        """One event of a key: `flag` is MAKE, REPEAT, LONG or BREAK of receiver.actions."""
+        if not self.is_on:
+            return
+        if self.crash is None:
+            self.guard(self._gui.actions.deliver, key, flag)
+        elif key == "ok" and flag == MAKE:
+            self._start()
+
+    def picture(self):
+        """What the TV shows now, as a `picture.Picture`."""
+        if not self.is_on:
+            return picture.Picture([], self._info())
+        if self.crash is not None:
+            return picture.Picture([picture.view(CrashScreen(self.crash))], self._info())
+        return picture.make(self._gui.session.screens(), self._info())
+
+    def guard(self, function, *arguments):
+        """Call something of the GUI. An error ends the GUI: crash screen, then a new start. True if there was none."""
+        try:
+            with contextlib.redirect_stdout(self.console):
+                function(*arguments)
+        except Exception as error:
+            # The first frame is the call above, which says nothing.
+            self._crashed("".join(traceback.format_exception(type(error), error, error.__traceback__.tb_next)))
+            return False
+        finally:
+            self.on_change()
+        return True
+
+    def _start(self, first_plugin=False):
+        if self._restart_timer is not None:
+            self._restart_timer.cancel()
+        self.crash = self._restart_timer = None
+        self._gui = Gui(self.loop, self.profile, self.guard, self._quit)
+        self.guard(self._gui.start, first_plugin)
+
+    def _end(self):
+        if self.crash is None:
+            self.guard(self._gui.save_settings)
+        self._gui.stop()
+
+    def _quit(self, code):
+        """The GUI asks for its end; it comes when the handler that asks has returned."""
+        self.loop.call_soon(self._restart if code == 3 else self.switch_off)
+
+    def _restart(self):
+        self._end()
+        self._start()
+
+    def _crashed(self, trace):
+        self.console.write(trace)
+        self._gui.stop()
+        self.crash = trace
+        self._restart_timer = self.loop.call_later(CRASH_SECONDS, self._start)
+
+    def _info(self):
+        cache = eEPGCache.getInstance()
+        in_file = cache.fileCounts()
+        return [("EPG cache", _counts(cache.counts())),
+                ("EPG file", "none" if in_file is None else _counts(in_file)),
+                ("", cache.cacheFile())]
+
+
+def _counts(counts):
+    return "%s events, %s services" % tuple(format(count, ",") for count in counts)

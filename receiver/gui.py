@@ -1,0 +1,114 @@
+"""One run of the GUI process: what the host modules stand on, from their import to the crash or the switch-off.
+
+A restart makes a new one and imports every host module and plug-in afresh, as a new process on a box would.
+"""
+
+import builtins
+import importlib
+import os
+import sys
+import time
+import weakref
+from pathlib import Path
+
+from receiver import running
+from receiver.actions import ActionMaps, Keymap
+from receiver.data import env, epg_demo
+from receiver.data.epg_cache import eEPGCache
+from receiver.data.files import read_lines
+from receiver.data.reference import eServiceReference
+from receiver.data.service_center import eServiceCenter
+from receiver.session import Session
+
+HERE = Path(__file__).resolve().parent
+HOST_MODULES = HERE / "host"
+PLUGIN_FOLDERS = (HERE.parent / "plugin" / "entry", HERE.parent / "build" / "py3")
+
+# gettext answers the empty text with its catalogue's header. Boxes do; whoever translates "" sees it at once.
+CATALOGUE_HEADER = "Content-Type: text/plain; charset=UTF-8\n"
+
+
+def translate(text):
+    return text if text else CATALOGUE_HEADER
+
+
+class Gui:
+    """The GUI process. `guard` runs what the loop or a key calls and turns an error into the crash screen."""
+
+    def __init__(self, loop, profile, guard, quit):
+        self.loop = loop
+        self.profile = profile
+        self.guard = guard
+        self.quit = quit
+        self.actions = ActionMaps(Keymap(profile.keymap))
+        self.timers = weakref.WeakSet()
+        self.session = None
+
+    def start(self, first_plugin=False):
+        """Import the host and the plug-ins, open the main menu and tell the plug-ins about the session.
+
+        first_plugin -- also open what the menu's first plug-in offers
+        """
+        running.gui = self
+        forget_modules()
+        if str(HOST_MODULES) not in sys.path:
+            sys.path.insert(0, str(HOST_MODULES))
+        builtins._ = translate
+        builtins.ngettext = lambda one, many, count: one if count == 1 else many
+        settings = importlib.import_module("Components.config")
+        settings.configfile.load()
+        importlib.import_module("Components.UsageConfig").InitUsageConfig(settings.config)
+        _start_epg_cache(settings.config)
+        importlib.import_module("skin").loadDefaultSkin()
+        plugins = importlib.import_module("Components.PluginComponent").plugins
+        plugins.readPluginList()
+        self.session = Session()
+        self.session.open(importlib.import_module("Screens.MainMenu").MainMenu)
+        plugins.sessionStart(self.session)
+        if first_plugin:
+            menu = importlib.import_module("Screens.MainMenu").entries()
+            if menu:
+                menu[0](session=self.session)
+
+    def save_settings(self):
+        """Write the settings file."""
+        importlib.import_module("Components.config").configfile.save()
+
+    def stop(self):
+        """End the process: no timer fires any more, no key reaches a screen."""
+        for timer in list(self.timers):
+            timer.stop()
+        self.actions = ActionMaps(Keymap(self.profile.keymap))
+        self.session = None
+
+
+def _start_epg_cache(config):
+    """An empty cache, then the events of its file, then those that the broadcast brings; a client receives none."""
+    services = eServiceCenter.getInstance()
+    services.reload()
+    cache = eEPGCache.getInstance()
+    cache.clearDB()
+    cache.setCacheFile(config.misc.epgcache_filename.value)
+    cache.load()
+    if config.usage.epg.eit.value and not config.misc.epg_is_client_stb.value:
+        forbidden = _blacklist() if config.misc.epg_dvb_blacklist_mode.value else ()
+        cache.receive(epg_demo.first_services(services, services.ROOT_TV_FAVOURITES), time.time(), skip=forbidden)
+
+
+def _blacklist():
+    """The services whose EPG must not be updated, in the form that the cache compares."""
+    try:
+        lines = read_lines(os.path.join(env.etc(), "blacklist_dvb_epg"))
+    except OSError:
+        return set()
+    texts = [line[len("#SERVICE "):].strip() for line, _ in lines if line.startswith("#SERVICE ")]
+    return {eServiceReference(text).toCompareString() for text in texts}
+
+
+def forget_modules():
+    """Take the host modules, the plug-ins and the compiled module out of `sys.modules`."""
+    folders = tuple(str(folder) for folder in (HOST_MODULES, *PLUGIN_FOLDERS))
+    for name, module in list(sys.modules.items()):
+        places = [getattr(module, "__file__", None) or "", *map(str, getattr(module, "__path__", ()))]
+        if any(place.startswith(folders) for place in places):
+            del sys.modules[name]

@@ -1,0 +1,137 @@
+"""The base of all screens: a dict of named components with a layout and a life cycle."""
+
+from Components.GUIComponent import GUIComponent
+from Components.Sources.Source import Source
+from Components.Sources.StaticText import StaticText
+from skin import findLayout
+
+
+class Screen(dict):
+    """A screen holds its components by name (`self["list"] = ...`) and is shown by `session.open`."""
+
+    def __init__(self, session, parent=None):
+        super().__init__()
+        self.skinName = type(self).__name__
+        self.session = session
+        self.parent = parent
+        self.callback = None
+        self.layout = None
+        self.execing = False
+        self.shown = False
+        self._closing_with = None
+        self._was_run = False
+        self.onClose = []
+        self.onFirstExecBegin = []
+        self.onExecBegin = []
+        self.onExecEnd = []
+        self.onLayoutFinish = []
+        self.onShown = []
+        self.onShow = []
+        self.onHide = []
+        self._title = ""
+        self["Title"] = StaticText()
+
+    def setTitle(self, title):
+        self._title = title
+        self["Title"].text = title
+
+    def getTitle(self):
+        return self._title
+
+    title = property(getTitle, setTitle)
+
+    def applySkin(self):
+        """Find the layout, create the widgets and run what waits for that.
+
+        An entry of onLayoutFinish that is not a plain method is source code: boxes hand it to exec.
+        """
+        self.layout = findLayout(self)
+        if not self.getTitle() and self.layout.title:
+            self.setTitle(_(self.layout.title))
+        for component in self.values():
+            if isinstance(component, GUIComponent):
+                component.GUIcreate(self)
+        self.layout.elements = [element for element in self.layout.elements if self._usable(element)]
+        for function in self.onLayoutFinish:
+            if isinstance(function, type(self.close)):
+                function()
+            else:
+                exec(function, globals(), locals())
+
+    def _usable(self, element):
+        """Whether the screen has what the layout's element shows; a mismatch costs this element alone."""
+        if element.component is None:
+            return True
+        component = self.get(element.component)
+        if not isinstance(component, Source if element.source else GUIComponent):
+            # A widget element that names a source is accepted and draws nothing.
+            if element.source or not isinstance(component, Source):
+                print("[Skin] %s: component '%s' was not found in screen" % (self.layout.name, element.component))
+            return False
+        if not element.source:
+            component.applyLayout(element)
+        return True
+
+    def shrinkList(self, name):
+        """Make a pop-up as high as its list needs: lines without rows are taken out, and the screen is centred again."""
+        for element in self.layout.elements:
+            if element.component == name:
+                rows = len(self[name].l) if self[name].visible else 0
+                spare = max(0, element.height - rows * element.row_height)
+                element.height -= spare
+                self.layout.height -= spare
+                self.layout.y += spare // 2
+
+    def execBegin(self):
+        """Run: the components get the keys, then the callbacks are called."""
+        if self._closing_with is not None:
+            result, self._closing_with = self._closing_with, None
+            self.session.close(self, *result)
+            return
+        first, self._was_run = not self._was_run, True
+        for function in self.onFirstExecBegin if first else ():
+            function()
+        self.execing = True
+        for component in list(self.values()):
+            component.execBegin()
+        for function in list(self.onExecBegin) + list(self.onShown):
+            function()
+            if not self.execing:
+                return
+
+    def execEnd(self):
+        """Stop: the keys go elsewhere. The screen may still be seen beneath another one."""
+        for component in list(self.values()):
+            component.execEnd()
+        self.execing = False
+        for function in list(self.onExecEnd):
+            function()
+
+    def show(self):
+        if self.shown:
+            return
+        self.shown = True
+        for function in list(self.onShow):
+            function()
+
+    def hide(self):
+        self.shown = False
+        for function in list(self.onHide):
+            function()
+
+    def close(self, *result):
+        """Close with `result` for the opener's callback. While the screen is not running, this waits until it is."""
+        if self.execing:
+            self.session.close(self, *result)
+        else:
+            self._closing_with = result
+
+    def doClose(self):
+        """What remains of a closed screen is an empty shell: its attributes are gone."""
+        self.hide()
+        for function in list(self.onClose):
+            function()
+        for component in self.values():
+            component.destroy()
+        self.clear()
+        self.__dict__.clear()

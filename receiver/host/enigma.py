@@ -1,0 +1,34 @@
+"""What boxes implement in C++ and show to Python as `enigma`."""
+
+from receiver import running
+from receiver.data.env import eEnv
+from receiver.data.epg_cache import eEPGCache
+from receiver.data.reference import eServiceReference
+from receiver.data.service_center import eServiceCenter
+from receiver.listbox import ConfigContent as eListboxPythonConfigContent
+from receiver.listbox import FunctionContent as eListboxPythonMultiContent
+from receiver.listbox import StringContent as eListboxPythonStringContent
+from receiver.listbox import eListbox
+from receiver.loop import eTimer
+
+
+class eActionMap:
+    @staticmethod
+    def getInstance():
+        return running.gui.actions
+
+
+class eLabel:
+    """The widget of a text."""
+
+    def __init__(self):
+        self.text = ""
+
+
+class ePixmap:
+    """The widget of a picture."""
+
+
+def quitMainloop(code):
+    """Switch the receiver off (code 1) or start the GUI again (code 3)."""
+    running.gui.quit(code)

@@ -1,0 +1,40 @@
+"""The skin: layouts of the screens by name."""
+
+import xml.etree.ElementTree as ElementTree
+
+from receiver.layout import Skin
+from receiver.gui import HERE
+from Tools.Directories import SCOPE_SKIN, resolveFilename
+
+_skin = Skin()
+
+
+def loadSkin(filename, scope=SCOPE_SKIN, desktop=None, screenID=None):
+    """Take in a skin file; its screens replace those of the same name. Returns whether it could be read."""
+    try:
+        _skin.load(resolveFilename(scope, filename))
+    except (OSError, ElementTree.ParseError) as error:
+        print("[Skin] %s: %s" % (filename, error))
+        return False
+    return True
+
+
+def loadDefaultSkin():
+    """The skin of the receiver's own screens."""
+    for path in sorted((HERE / "skin").glob("*.xml")):
+        loadSkin(str(path))
+
+
+def findLayout(screen):
+    """The layout for a screen: a loaded one by its names, else its own, else an empty one."""
+    names = screen.skinName if isinstance(screen.skinName, list) else [screen.skinName]
+    for name in names:
+        if name in _skin.screens:
+            return _skin.layout(_skin.screens[name], print)
+    try:
+        xml = ElementTree.fromstring(screen.skin)
+    except (AttributeError, ElementTree.ParseError):
+        print("[Skin] No skin to read for screen %s." % "', '".join(names))
+        xml = ElementTree.Element("screen")
+    xml.set("name", xml.get("name") or names[0])
+    return _skin.layout(xml, print)

@@ -1,0 +1,129 @@
+"""Layouts: the screens of a skin file, with the attributes that boxes use, as plain data."""
+
+from dataclasses import dataclass, field
+import xml.etree.ElementTree as ElementTree
+
+from receiver.picture import HEIGHT, WIDTH
+
+
+class SkinError(Exception):
+    """Something in a skin that can't be shown; the rest of the screen still is."""
+
+
+@dataclass
+class Element:
+    """A shape or widget of a screen. `component` names what it shows in the screen, None for a plain shape.
+
+    `source` tells that the skin asks for a source (source= and render=), not for a widget (name=).
+    """
+
+    component: str
+    source: bool
+    x: int
+    y: int
+    width: int
+    height: int
+    text: str
+    font_size: int
+    foreground: str
+    background: str
+    halign: str
+    valign: str
+    wrap: bool
+    z: int
+    row_height: int
+    selected_foreground: str
+    selected_background: str
+    scrollbar: bool
+
+
+@dataclass
+class Layout:
+    """One screen of a skin."""
+
+    name: str
+    title: str = ""
+    x: int = 0
+    y: int = 0
+    width: int = WIDTH
+    height: int = HEIGHT
+    background: str = "#000000"
+    elements: list = field(default_factory=list)
+
+
+class Skin:
+    """The loaded skin files: colours by name and screens by name; what is loaded later wins."""
+
+    def __init__(self):
+        self.colors = {}
+        self.screens = {}
+
+    def load(self, path):
+        """Take in a skin file. OSError or ElementTree.ParseError when it can't be read."""
+        root = ElementTree.parse(path).getroot()
+        for color in root.iter("color"):
+            self.colors[color.get("name")] = color.get("value")
+        for screen in root.iter("screen"):
+            self.screens[screen.get("name")] = screen
+
+    def layout(self, xml, problem):
+        """The layout that a <screen> element describes. What can't be used is left out and told to `problem`."""
+        width, height = _pair(xml.get("size", "%d,%d" % (WIDTH, HEIGHT)))
+        x, y = _position(xml.get("position", "0,0"), width, height)
+        layout = Layout(xml.get("name"), xml.get("title", ""), x, y, width, height,
+                        self.color(xml.get("backgroundColor", "#000000")))
+        for child in xml:
+            try:
+                if child.tag in ("widget", "eLabel"):
+                    layout.elements.append(self._element(child, layout))
+            except (SkinError, ValueError) as error:
+                problem("[Skin] %s: %s" % (layout.name, error))
+        return layout
+
+    def _element(self, xml, layout):
+        attributes = xml.attrib
+        source = attributes.get("source")
+        if source and not attributes.get("render"):
+            raise SkinError("source %s has no render" % source)
+        if xml.tag == "widget" and not (source or attributes.get("name")):
+            raise SkinError("a widget has neither name nor source")
+        width, height = _pair(attributes["size"])
+        x, y = _position(attributes["position"], width, height, layout.width, layout.height)
+        transparent = attributes.get("transparent") == "1" or "backgroundColor" not in attributes
+        get = attributes.get
+        return Element(
+            component=source or get("name") if xml.tag == "widget" else None,
+            source=bool(source),
+            x=x, y=y, width=width, height=height,
+            text=get("text", ""),
+            font_size=int(get("font", "Regular;20").rpartition(";")[2]),
+            foreground=self.color(get("foregroundColor", "#ffffff")),
+            background=None if transparent else self.color(attributes["backgroundColor"]),
+            halign=get("halign", "left"), valign=get("valign", "top"),
+            wrap=get("noWrap") != "1",
+            z=int(get("zPosition", "0")),
+            row_height=int(get("itemHeight", "30")),
+            selected_foreground=self.color(get("foregroundColorSelected", "#ffffff")),
+            selected_background=self.color(get("backgroundColorSelected", "#2255aa")),
+            scrollbar=get("scrollbarMode", "showNever") != "showNever")
+
+    def color(self, text):
+        """A colour of the picture from a name or from "#rrggbb" or "#aarrggbb", where aa 00 is opaque."""
+        text = self.colors.get(text, text)
+        digits = text[1:]
+        if not text.startswith("#") or len(digits) not in (6, 8):
+            raise SkinError("unknown color %s" % text)
+        int(digits, 16)
+        alpha = 255 - int(digits[:2], 16) if len(digits) == 8 else 255
+        return "#" + digits[-6:] + ("" if alpha == 255 else "%02x" % alpha)
+
+
+def _pair(text):
+    first, second = text.split(",")
+    return int(first), int(second)
+
+
+def _position(text, width, height, outer_width=WIDTH, outer_height=HEIGHT):
+    x, y = (part.strip() for part in text.split(","))
+    return ((outer_width - width) // 2 if x == "center" else int(x),
+            (outer_height - height) // 2 if y == "center" else int(y))

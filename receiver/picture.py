@@ -1,0 +1,128 @@
+"""The picture: what the TV shows, as plain data. It is made from the open screens and knows nothing of what draws it.
+
+Coordinates are pixels of the skin's resolution, from the picture's top left corner. Colours are "#rrggbb", or
+"#rrggbbaa" where the skin asks for transparency (aa 00 is invisible, as in CSS).
+"""
+
+from dataclasses import dataclass, field
+
+WIDTH, HEIGHT = 1280, 720
+
+
+@dataclass(frozen=True)
+class Row:
+    """One row of a list."""
+
+    label: str
+    value: str = ""
+    kind: str = ""        # "setting", "heading", "folder", "parent", "file", "bouquet", "service", "marker", "choice"
+    switch: bool = None   # the state of a yes/no value, None for any other
+    marked: tuple = ()    # positions of the value's characters that are being edited
+    shortcut: str = ""    # the remote's key that picks this row
+    selected: bool = False
+
+
+@dataclass
+class Box:
+    """A rectangle of the picture with its text. `role` is the widget's name in the screen, "panel" for plain shapes."""
+
+    role: str
+    x: int
+    y: int
+    width: int
+    height: int
+    text: str = ""
+    font_size: int = 20
+    foreground: str = "#ffffff"
+    background: str = None
+    halign: str = "left"
+    valign: str = "top"
+    wrap: bool = True
+
+
+@dataclass
+class ListBox(Box):
+    """A list: `rows` are the visible ones, the first of them is row `first` of `total`."""
+
+    rows: list = field(default_factory=list)
+    first: int = 0
+    total: int = 0
+    selected: int = 0
+    row_height: int = 30
+    selected_foreground: str = "#ffffff"
+    selected_background: str = "#2255aa"
+    scrollbar: bool = False
+
+
+@dataclass
+class ScreenView:
+    """One open screen. `name` is the layout's name, `title` the window's title."""
+
+    name: str
+    title: str
+    x: int
+    y: int
+    width: int
+    height: int
+    background: str
+    boxes: list
+
+    def box(self, role):
+        """The first box with this role, or None."""
+        return next((box for box in self.boxes if box.role == role), None)
+
+
+@dataclass
+class Picture:
+    """The open screens, the lowest first, and the receiver's own lines of information as (label, text) pairs."""
+
+    screens: list
+    info: list
+    width: int = WIDTH
+    height: int = HEIGHT
+
+    @property
+    def top(self):
+        return self.screens[-1]
+
+
+def make(screens, info):
+    """The picture of these open screens, the lowest first. What a full-size screen hides is left out."""
+    visible = []
+    for screen in reversed(screens):
+        visible.insert(0, view(screen))
+        if visible[0].width >= WIDTH and visible[0].height >= HEIGHT:
+            break
+    return Picture(visible, info)
+
+
+def view(screen):
+    """One screen as its layout and its widgets' present state make it."""
+    layout = screen.layout
+    boxes = [_box(element, screen, layout) for element in sorted(layout.elements, key=lambda element: element.z)]
+    return ScreenView(layout.name, screen.getTitle(), layout.x, layout.y, layout.width, layout.height,
+                      layout.background, [box for box in boxes if box is not None])
+
+
+def _box(element, screen, layout):
+    common = dict(x=layout.x + element.x, y=layout.y + element.y, width=element.width, height=element.height,
+                  font_size=element.font_size, foreground=element.foreground, background=element.background,
+                  halign=element.halign, valign=element.valign, wrap=element.wrap)
+    if element.component is None:
+        return Box("panel", text=element.text, **common)
+    component = screen.get(element.component)
+    if component is None or not getattr(component, "visible", True):
+        return None
+    listbox = getattr(component, "instance", None)
+    if not hasattr(listbox, "content"):
+        return Box(element.component, text=component.text, **common)
+    content, first = listbox.content, listbox.window()
+    rows = [_row(content, index) for index in range(first, min(first + listbox.page, len(content)))]
+    return ListBox(element.component, rows=rows, first=first, total=len(content), selected=content.cursor,
+                   row_height=element.row_height, selected_foreground=element.selected_foreground,
+                   selected_background=element.selected_background, scrollbar=element.scrollbar, **common)
+
+
+def _row(content, index):
+    row = content.paint(index)
+    return Row(row.label, row.value, row.kind, row.switch, row.marked, row.shortcut, index == content.cursor)

@@ -1,0 +1,75 @@
+"""The session: the stack of open screens, and the way of a result back to the screen's opener."""
+
+from receiver.loop import eTimer
+
+
+class Session:
+    """Opens screens on top of each other. The lowest one stays as long as the GUI runs."""
+
+    def __init__(self):
+        self.current_dialog = None
+        self.dialog_stack = []
+        self.in_exec = False
+        self._closing = eTimer()
+        self._closing.callback.append(self._finishClose)
+
+    def screens(self):
+        """The open screens, the lowest first."""
+        return [*self.dialog_stack, self.current_dialog] if self.current_dialog is not None else []
+
+    def open(self, screen, *arguments, **kwargs):
+        """Open `screen(session, ...)` on top of the others and return it.
+
+        RuntimeError while the screen on top is not running: during its construction or after its close.
+        """
+        if self.dialog_stack and not self.in_exec:
+            raise RuntimeError("modal open are allowed only from a screen which is modal!")
+        if self.current_dialog is not None:
+            self._execEnd()
+            self.dialog_stack.append(self.current_dialog)
+        self.current_dialog = None
+        dialog = self.instantiateDialog(screen, *arguments, **kwargs)
+        self.current_dialog = dialog
+        self._execBegin()
+        return dialog
+
+    def openWithCallback(self, callback, screen, *arguments, **kwargs):
+        """As `open`; the values that the screen closes with go to `callback` when the opener runs again."""
+        dialog = self.open(screen, *arguments, **kwargs)
+        dialog.callback = callback
+        return dialog
+
+    def instantiateDialog(self, screen, *arguments, **kwargs):
+        """Construct a screen and give it its layout, without showing it."""
+        dialog = screen(self, *arguments, **kwargs)
+        dialog.callback = None
+        dialog.applySkin()
+        return dialog
+
+    def close(self, screen, *result):
+        """End the screen on top. The rest happens on the loop's next turn, outside the handler that closes it."""
+        assert screen is self.current_dialog, "only the screen on top can be closed"
+        self._result = result
+        self._execEnd()
+        self._closing.start(0, True)
+
+    def _finishClose(self):
+        callback, result = self.current_dialog.callback, self._result
+        self.current_dialog.doClose()
+        self.current_dialog = self.dialog_stack.pop() if self.dialog_stack else None
+        if self.current_dialog is not None:
+            self._execBegin()
+        if callback is not None:
+            callback(*result)
+
+    def _execBegin(self):
+        self.in_exec = True
+        dialog = self.current_dialog
+        dialog.execBegin()
+        if dialog is self.current_dialog:  # unless it has opened another one already
+            dialog.show()
+
+    def _execEnd(self):
+        assert self.in_exec
+        self.current_dialog.execEnd()
+        self.in_exec = False

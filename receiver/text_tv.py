@@ -1,0 +1,212 @@
+"""Draws a picture as text: a grid of character cells of any size, for a terminal or for a printout."""
+
+import textwrap
+from dataclasses import dataclass, replace
+
+from wcwidth import wcwidth
+
+from receiver.picture import HEIGHT, WIDTH, ListBox
+
+KEYS = {"key_red": ("R", "#e5383b"), "key_green": ("G", "#2fa84f"), "key_yellow": ("Y", "#f2b705"), "key_blue": ("B", "#3a86ff")}
+ICONS = {"parent": "◂ ", "folder": "▪ ", "bouquet": "▪ ", "file": "  ", "service": "  "}
+DIM = "#93a1b5"
+
+
+@dataclass(frozen=True)
+class Cell:
+    """One character with its look; the empty text is the second half of a wide character."""
+
+    text: str = " "
+    foreground: str = "#ffffff"
+    background: str = "#000000"
+    bold: bool = False
+    underline: bool = False
+
+
+def printable(text):
+    """The text without anything that a terminal would take as a command."""
+    return "".join(char if wcwidth(char) >= 0 else "\ufffd" for char in text.replace("\n", " ").replace("\t", " "))
+
+
+def width(text):
+    return sum(wcwidth(char) for char in text)
+
+
+def cut(text, columns):
+    """The text, or as much of it as fits with an ellipsis."""
+    if width(text) <= columns:
+        return text
+    while text and width(text) > columns - 1:
+        text = text[:-1]
+    return text + "…" if columns > 0 else ""
+
+
+def wrap(text, columns):
+    """The text in lines of at most `columns`; words longer than that are broken."""
+    return [line for paragraph in text.split("\n") for line in textwrap.wrap(printable(paragraph), columns) or [""]]
+
+
+class Canvas:
+    """A grid of cells."""
+
+    def __init__(self, columns, lines):
+        self.columns, self.lines = columns, lines
+        self.cells = [[Cell()] * columns for _ in range(lines)]
+
+    def fill(self, left, top, right, bottom, background):
+        """Empty a rectangle."""
+        for line in self.cells[max(0, top):max(0, bottom)]:
+            for column in range(max(0, left), min(right, self.columns)):
+                line[column] = Cell(background=background)
+
+    def write(self, column, line, text, **look):
+        """Write over what is there; a look that is not given stays. Returns the column after the text."""
+        for char in text:
+            cells = wcwidth(char)
+            if cells == 0 and 0 < column <= self.columns and 0 <= line < self.lines:
+                before = self.cells[line][column - 1]
+                self.cells[line][column - 1] = replace(before, text=before.text + char)
+            for part in range(cells):
+                if 0 <= column + part < self.columns and 0 <= line < self.lines:
+                    old = self.cells[line][column + part]
+                    self.cells[line][column + part] = replace(old, **{
+                        "text": "" if part else char, "bold": False, "underline": False, **look})
+            column += cells
+        return column
+
+    def dim(self):
+        """Darken all that is there, so that what comes on top stands out."""
+        for line in self.cells:
+            line[:] = [replace(cell, foreground=_darker(cell.foreground), background=_darker(cell.background),
+                               bold=False) for cell in line]
+
+    def text(self):
+        """The grid without its colours."""
+        return "\n".join("".join(cell.text for cell in line).rstrip() for line in self.cells)
+
+
+def _darker(color):
+    return "#" + "".join("%02x" % (int(color[place:place + 2], 16) // 2) for place in (1, 3, 5))
+
+
+def draw(picture, columns, lines):
+    """The picture on a canvas of that many cells. The last line is the receiver's own."""
+    canvas = Canvas(columns, lines)
+    drawer = _Drawer(canvas, columns / WIDTH, (lines - 1) / HEIGHT)
+    for number, screen in enumerate(picture.screens):
+        if number:
+            canvas.dim()
+        drawer.screen(screen)
+    info = "   ".join(" ".join(filter(None, pair)) for pair in picture.info)
+    canvas.fill(0, lines - 1, columns, lines, "#000000")
+    canvas.write(1, lines - 1, cut(printable(info), columns - 2), foreground=DIM)
+    return canvas
+
+
+class _Drawer:
+    def __init__(self, canvas, horizontal, vertical):
+        self.canvas, self.horizontal, self.vertical = canvas, horizontal, vertical
+        self.background = "#000000"
+
+    def rectangle(self, box):
+        """The cells of a box, at least one: left, top, right, bottom. Boxes that touch never overlap."""
+        left, top = int(box.x * self.horizontal + 0.5), int(box.y * self.vertical + 0.5)
+        right = int((box.x + box.width) * self.horizontal + 0.5)
+        bottom = int((box.y + box.height) * self.vertical + 0.5)
+        return left, top, max(right, left + 1), max(bottom, top + 1)
+
+    def screen(self, screen):
+        self.background = screen.background[:7]
+        area = self.rectangle(screen)
+        self.canvas.fill(*area, self.background)
+        if screen.width < WIDTH or screen.height < HEIGHT:
+            self.border(*area)
+        for box in screen.boxes:
+            if box.background and not box.background.endswith("00", 7):
+                self.panel(box)
+        for box in screen.boxes:
+            if isinstance(box, ListBox):
+                self.list(box)
+            elif box.text:
+                self.label(box)
+
+    def border(self, left, top, right, bottom):
+        middle = "─" * (right - left - 2)
+        self.canvas.write(left, top, "╭" + middle + "╮", foreground=DIM)
+        for line in range(top + 1, bottom - 1):
+            self.canvas.write(left, line, "│", foreground=DIM)
+            self.canvas.write(right - 1, line, "│", foreground=DIM)
+        self.canvas.write(left, bottom - 1, "╰" + middle + "╯", foreground=DIM)
+
+    def panel(self, box):
+        """A filled shape; one that is flat becomes a line, a narrow one is too small for cells."""
+        left, top, right, bottom = self.rectangle(box)
+        if box.width * self.horizontal < 2:
+            return
+        if box.height * self.vertical < 0.5:
+            self.canvas.write(left, int(box.y * self.vertical), "─" * (right - left), foreground=box.background[:7])
+        else:
+            self.canvas.fill(left, top, right, bottom, box.background[:7])
+
+    def label(self, box):
+        left, top, right, bottom = self.rectangle(box)
+        if box.role in KEYS:
+            letter, color = KEYS[box.role]
+            left = self.canvas.write(left, top, "[%s]" % letter, foreground="#000000", background=color, bold=True) + 1
+        columns = right - left
+        texts = wrap(box.text, columns) if box.wrap else [printable(box.text)]
+        lines = bottom - top
+        texts = texts[-lines:] if box.valign == "bottom" else texts[:lines]
+        top += {"center": (lines - len(texts)) // 2, "bottom": lines - len(texts)}.get(box.valign, 0)
+        for line, text in enumerate(texts, top):
+            text = cut(text, columns)
+            space = columns - width(text)
+            place = left + {"center": space // 2, "right": space}.get(box.halign, 0)
+            self.canvas.write(left, line, " " * columns)
+            self.canvas.write(place, line, text, foreground=box.foreground[:7], bold=box.font_size >= 28)
+
+    def list(self, box):
+        """As many of the rows as there are lines, the selected one among them."""
+        left, top, right, bottom = self.rectangle(box)
+        lines = bottom - top
+        self.canvas.fill(left, top, right, bottom, (box.background or self.background)[:7])
+        skip = min(max(0, box.selected - box.first - lines // 2), max(0, len(box.rows) - lines))
+        rows = box.rows[skip:skip + lines]
+        scroll = box.scrollbar and box.total > len(rows)
+        for line, row in enumerate(rows, top):
+            self.row(row, box, left, line, right - 2 * scroll)
+        if scroll:
+            thumb = max(1, lines * len(rows) // box.total)
+            start = (box.first + skip) * (lines - thumb) // max(1, box.total - len(rows))
+            for line in range(lines):
+                inside = start <= line < start + thumb
+                self.canvas.write(right - 1, top + line, "█" if inside else "│", foreground=DIM)
+
+    def row(self, row, box, left, line, right):
+        look = {"foreground": box.foreground[:7], "bold": row.selected}
+        if row.selected:
+            self.canvas.fill(left, line, right, line + 1, box.selected_background[:7])
+            look["foreground"] = box.selected_foreground[:7]
+        elif row.kind in ("marker", "heading"):
+            look["foreground"] = DIM
+        self.canvas.write(left, line, "▶" if row.selected else " ", **look)
+        value = cut(printable(row.value), (right - left) // 2)
+        tail = value and value + {None: "  ", True: " ●", False: " ○"}[row.switch]
+        place = right - 2 - width(tail)
+        if tail:
+            if row.switch is False and not row.selected:
+                look["foreground"] = DIM
+            self.canvas.write(place, line, tail, **look)
+            for position in row.marked:
+                self.canvas.write(place + width(value[:position]), line, value[position:position + 1], underline=True, **look)
+            if row.selected:
+                self.canvas.write(place - 2, line, "◂", **look)
+                self.canvas.write(right - 1, line, "▸", **look)
+        label = ICONS.get(row.kind, "") + printable(row.label)
+        if row.kind == "choice":
+            label = "%-2s %s" % (row.shortcut[:1], label)
+        elif row.kind == "marker":
+            label = "── %s ──" % label
+        if row.switch is False and not row.selected:
+            look["foreground"] = box.foreground[:7]
+        self.canvas.write(left + 2, line, cut(label, (place - 3 if tail else right - 1) - left - 2), **look)
