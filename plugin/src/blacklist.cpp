@@ -1,0 +1,374 @@
+#include "blacklist.h"
+
+#include "host/console.h"
+#include "host/files.h"
+#include "host/lists.h"
+#include "host/screen.h"
+#include "host/services.h"
+
+namespace veltro {
+
+using namespace host::literals;
+using host::Binding;
+using host::ConfigList;
+using host::each;
+using host::Host;
+using host::NamedService;
+using host::Object;
+using host::ServiceReference;
+
+namespace {
+
+bool find_in_list(Host, const Object& list, const Object& search, const Object& listpos)
+{
+    for (const Object& row : each(list))
+        if (row.item(listpos).equals(search))
+            return true;
+    return false;
+}
+
+/// Answers whether a name is listed exactly as `find_in_list(servicelist, name, 0)` does, without reading the list again
+/// for every name. That holds while the list, its rows and its names are plain ones, whose equality is known, and as long
+/// as nobody has replaced `find_in_list`; otherwise `find_in_list` itself is asked.
+class ListedNames {
+public:
+    explicit ListedNames(Object servicelist) : servicelist_(std::move(servicelist)), names_(servicelist_.host().set()) {}
+
+    [[nodiscard]] bool contains(const Object& name)
+    {
+        const Host host = servicelist_.host();
+        const Object function = host["find_in_list"_t];
+        if (!name.isPlainText() || !function.isOperation(kFindInList) || !isUpToDate())
+            return function(host::At::here(), servicelist_, name, host.integer(0)).truth();
+        return names_.contains(name);
+    }
+
+    /// Notes a row that has just been appended.
+    void add(const Object& name)
+    {
+        names_.add(name);
+        ++known_;
+    }
+
+private:
+    /// A host call in between may have changed the list; its length tells.
+    [[nodiscard]] bool isUpToDate()
+    {
+        if (!isRead_ || (isPlain_ && servicelist_.size() != known_))
+            read();
+        return isPlain_;
+    }
+
+    void read()
+    {
+        isRead_ = true;
+        isPlain_ = servicelist_.isPlainRow();
+        names_ = servicelist_.host().set();
+        known_ = 0;
+        if (!isPlain_)
+            return;
+        for (const Object& row : each(servicelist_)) {
+            isPlain_ = row.isPlainRow() && row.size() > 0 && row.item(0).isPlainText();
+            if (!isPlain_)
+                return;
+            add(row.item(0));
+        }
+    }
+
+    Object servicelist_;
+    Object names_;
+    std::size_t known_ = 0;
+    bool isRead_ = false;
+    bool isPlain_ = false;
+};
+
+// --- The editor ------------------------------------------------------------------------------------------------------
+
+constexpr std::array kEditorKeys{
+    Binding{"green"_t, "greenPressed"_t}, Binding{"red"_t, "redPressed"_t}, Binding{"yellow"_t, "yellowPressed"_t},
+    Binding{"blue"_t, "bluePressed"_t},   Binding{"cancel"_t, "cancel"_t},
+};
+
+struct Edit_DVB_EPG_Blacklist : host::Screen {
+    using Screen::Screen;
+
+    void init(const Object& session, const Object& plugin_path) const
+    {
+        initBase("Screen"_t, session);
+        setAttr("skin_path"_t, plugin_path);
+        setAttr("filename"_t,
+                host()["eEnv"_t].call("resolve"_t, "${sysconfdir}/enigma2/blacklist_dvb_epg"_t));
+        setAttr("start_str"_t, "#SERVICE "_t);
+        addKeyLabel("key_red"_t, "Cancel"_t);
+        addKeyLabel("key_green"_t, "Save"_t);
+        addKeyLabel("key_yellow"_t, "Delete"_t);
+        addKeyLabel("key_blue"_t, "Add Service"_t);
+        setItem("actions"_t, host().call("ActionMap"_t, host().list("ColorActions"_t, "SetupActions"_t),
+                                         keyMap(*this, kEditorKeys), host().integer(-1)));
+        const Object servicelist = host().list();
+        setAttr("servicelist"_t, servicelist);
+        const ConfigList widget(host().call("ConfigList"_t, servicelist));
+        widget.show(servicelist); // the very list that the screen edits
+        setItem("ServiceList"_t, widget);
+        attr("onShown"_t).call("append"_t, own("setWindowTitle"_t));
+        call("loadFile"_t);
+    }
+
+    void setWindowTitle() const { call("setTitle"_t, host().translate("Edit blacklist for DVB EPG"_t)); }
+
+    void redPressed() const { call("cancel"_t); }
+    void yellowPressed() const { call("delete"_t); }
+    void cancel() const { close(); }
+
+    void greenPressed() const
+    {
+        call("saveFile"_t);
+        close();
+    }
+
+    void bluePressed() const
+    {
+        openWithCallback("finishedChannelSelection"_t, "DVB_EPG_blacklist_ChannelSelection"_t, attr("skin_path"_t));
+    }
+
+    void deleteSelected() const
+    {
+        const Object cur = widget("ServiceList"_t).call("getCurrent"_t);
+        if (cur.truth() && cur.size() > 2)
+            attr("servicelist"_t).call("remove"_t, cur);
+        redraw();
+    }
+
+    void finishedChannelSelection(const Object& args) const
+    {
+        if (args.size() == 0)
+            return;
+        const Object refs = args.item(0);
+        if (!refs.truth())
+            return; // closed without a choice, or an empty bouquet
+        const Object servicelist = attr("servicelist"_t);
+        ListedNames listed(servicelist);
+        for (const Object& ref : each(refs)) {
+            const NamedService service_ref = NamedService::of(ref);
+            const Object known_name = service_ref.name();
+            const Object service_name = known_name.equals(""_t) ? host().text("N/A"_t) : known_name;
+            // By name, not by reference: a service of a listed name can't be added, nor a second one without a name.
+            if (listed.contains(service_name))
+                continue;
+            const Object reference = service_ref.reference();
+            if (!isWanted(reference))
+                continue;
+            servicelist.call("append"_t, host().tuple(service_name, newConfigNothing(host()), host().integer(0), reference));
+            listed.add(service_name);
+        }
+        redraw();
+    }
+
+    void saveFile() const
+    {
+        const Object start_str = attr("start_str"_t);
+        const Object pieces = host().list();
+        for (const Object& row : each(attr("servicelist"_t))) {
+            pieces.append(start_str);
+            pieces.append(row.item(3));
+            pieces.append(host().text("\n"_t));
+        }
+        const Object text = host().text(""_t).call("join"_t, pieces);
+        const Object filename = attr("filename"_t);
+        try {
+            withFile(filename, host::FileMode::write, [&](const Object& file) { file.call("write"_t, text); });
+        } catch (const host::Error& error) {
+            if (!error.matches(host().ioError()))
+                throw;
+            // A failed save leaves no file behind, not even the previous one: half a blacklist would look like a whole one.
+            host::printLine(host(), "[Veltro] writing DVB EPG blacklist failed\n"_t);
+            host::unlinkFile(filename);
+        }
+    }
+
+    void loadFile() const
+    {
+        const Object filename = attr("filename"_t);
+        if (!host::fileExists(filename))
+            return;
+        const Object items = host().list();
+        const Object start_str = attr("start_str"_t);
+        withFile(filename, host::FileMode::read, [&](const Object& file) {
+            for (const Object& line : each(file))
+                if (line.call("startswith"_t, start_str).truth())
+                    items.append(line.call("replace"_t, start_str, ""_t).call("strip"_t, kWhiteSpace));
+        });
+        if (items.size() > 0)
+            call("finishedChannelSelection"_t, items);
+        redraw();
+    }
+
+private:
+    // Not the interpreter's own idea of white space, which takes bytes of names for blanks.
+    static constexpr host::Text kWhiteSpace = " \t\r\n"_t;
+
+    /// Live services (1) and streams (4097); bouquets, recordings and the rest have no EPG of their own.
+    [[nodiscard]] bool isWanted(const Object& reference) const
+    {
+        const Object split_ref = reference.call("split"_t, ":"_t);
+        return split_ref.item(0).equals("1"_t) || split_ref.item(0).equals("4097"_t);
+    }
+
+    void redraw() const { ConfigList(widget("ServiceList"_t)).redraw(attr("servicelist"_t)); }
+};
+
+constexpr std::array kEditorOperations{
+    host::method<&Edit_DVB_EPG_Blacklist::init>(
+        "__init__", "Builds the editor and loads the blacklist file.\n\nplugin_path: passed on to the channel picker.",
+        {{"session"}, {"plugin_path"}}),
+    host::method<&Edit_DVB_EPG_Blacklist::setWindowTitle>("setWindowTitle",
+                                                          "Sets the window title; runs each time the screen is shown."),
+    host::method<&Edit_DVB_EPG_Blacklist::redPressed>("redPressed", "RED: cancel."),
+    host::method<&Edit_DVB_EPG_Blacklist::greenPressed>("greenPressed", "GREEN: writes the file and closes."),
+    host::method<&Edit_DVB_EPG_Blacklist::yellowPressed>("yellowPressed", "YELLOW: delete."),
+    host::method<&Edit_DVB_EPG_Blacklist::bluePressed>("bluePressed", "BLUE: opens the channel picker."),
+    host::method<&Edit_DVB_EPG_Blacklist::cancel>("cancel", "Closes without saving."),
+    host::method<&Edit_DVB_EPG_Blacklist::deleteSelected>("delete", "Removes the selected service from the list."),
+    host::method<&Edit_DVB_EPG_Blacklist::finishedChannelSelection>(
+        "finishedChannelSelection",
+        "Adds services to the end of the list.\n\n"
+        "The first argument is a list of service references, or of their texts; None and an empty list add nothing.\n"
+        "A service whose name is listed already, or whose type is neither 1 nor 4097, is left out.",
+        {{"args"}}, host::Takes::anyPositions),
+    host::method<&Edit_DVB_EPG_Blacklist::saveFile>(
+        "saveFile",
+        "Writes the list, one \"#SERVICE \" line per service.\n\n"
+        "An input/output error is reported on the console, and the file is then deleted."),
+    host::method<&Edit_DVB_EPG_Blacklist::loadFile>(
+        "loadFile", "Adds the services of the file to the list; a missing file is an empty one. A read error is raised."),
+};
+
+constexpr std::array kEditorBases{"Screen"_t};
+
+// --- The channel picker ----------------------------------------------------------------------------------------------
+
+// Crossed on purpose: the host's keymap raises showAllServices on red, showSatellites on green and showProviders on
+// yellow, so that each key does what its label says. Blue (showFavourites) is the base class's own.
+constexpr std::array kPickerKeys{
+    Binding{"showProviders"_t, "doNothing"_t},         Binding{"showSatellites"_t, "showAllServices"_t},
+    Binding{"showAllServices"_t, "cancel"_t},          Binding{"cancel"_t, "cancel"_t},
+    Binding{"ok"_t, "channelSelected"_t},              Binding{"keyRadio"_t, "setModeRadio"_t},
+    Binding{"keyTV"_t, "setModeTv"_t},
+};
+
+struct DVB_EPG_blacklist_ChannelSelection : host::Screen {
+    using Screen::Screen;
+
+    void init(const Object& session, const Object& plugin_path) const
+    {
+        const Object title = host().translate("Select service to add..."_t);
+        setAttr("skin_path"_t, plugin_path);
+        initBase("SimpleChannelSelection"_t, session, title);
+        attr("onShown"_t).call("append"_t, own("_DVB_EPG_blacklist_ChannelSelection__onExecCallback"_t));
+        attr("servicelist"_t).call("setPythonConfig"_t);
+        setItem("actions"_t,
+                host().call("ActionMap"_t,
+                            host().list("OkCancelActions"_t, "TvRadioActions"_t, "ChannelSelectBaseActions"_t),
+                            keyMap(*this, kPickerKeys)));
+        addKeyLabel("key_red"_t, "Close"_t);
+        addKeyLabel("key_green"_t, "All"_t);
+        addKeyLabel("key_yellow"_t, "Add bouquet services"_t);
+        addKeyLabel("key_blue"_t, "Favourites"_t);
+    }
+
+    void onExecCallback() const { call("setModeTv"_t); }
+
+    /// YELLOW. The name is historic, and a skin or a subclass may hang on it.
+    void doNothing() const
+    {
+        const Object ref = call("getCurrentSelection"_t);
+        if (ref.isNone() || !ServiceReference(ref).isDirectory())
+            return;
+        const Object refs = host().list();
+        const Object services = host::contentOf(ServiceReference(ref));
+        if (!services.isNone())
+            appendPlayable(services, refs);
+        close(refs);
+    }
+
+    void channelSelected() const
+    {
+        // No test for a missing selection here, unlike for yellow: OK on nothing is an error that the host reports.
+        const ServiceReference ref(call("getCurrentSelection"_t));
+        if (ref.isDirectory())
+            call("enterPath"_t, ref);
+        else if (!ref.hasAnyOf(host::referenceFlag(host(), "isMarker"_t)))
+            close(host().list(ref));
+    }
+
+    void setModeTv() const
+    {
+        call("setTvMode"_t);
+        call("showFavourites"_t);
+    }
+
+    void setModeRadio() const
+    {
+        call("setRadioMode"_t);
+        call("showFavourites"_t);
+    }
+
+    void cancel() const { close(host::kNoValue); }
+
+private:
+    /// The bouquet's direct content: nested bouquets are not entered.
+    void appendPlayable(const Object& services, const Object& refs) const
+    {
+        const Object isMarker = host::referenceFlag(host(), "isMarker"_t);
+        const Object notPlayable = isMarker.bitOr(host::referenceFlag(host(), "isDirectory"_t));
+        for (;;) {
+            const ServiceReference service(services.call("getNext"_t));
+            if (!service.valid())
+                return;
+            if (!service.hasAnyOf(notPlayable))
+                refs.append(service);
+        }
+    }
+};
+
+constexpr std::array kPickerOperations{
+    host::method<&DVB_EPG_blacklist_ChannelSelection::init>(
+        "__init__", "Builds the picker.\n\nplugin_path: kept as skin_path.", {{"session"}, {"plugin_path"}}),
+    host::method<&DVB_EPG_blacklist_ChannelSelection::onExecCallback>(
+        "__onExecCallback", "Goes back to the TV favourites each time the picker is shown."),
+    host::method<&DVB_EPG_blacklist_ChannelSelection::doNothing>(
+        "doNothing", "YELLOW: closes with every playable service of the selected bouquet, in its order."),
+    host::method<&DVB_EPG_blacklist_ChannelSelection::channelSelected>(
+        "channelSelected", "OK: enters the selected bouquet, or closes with a list of the one selected service."),
+    host::method<&DVB_EPG_blacklist_ChannelSelection::setModeTv>("setModeTv", "TV: shows the TV favourites."),
+    host::method<&DVB_EPG_blacklist_ChannelSelection::setModeRadio>("setModeRadio", "RADIO: shows the radio favourites."),
+    host::method<&DVB_EPG_blacklist_ChannelSelection::cancel>("cancel", "Closes with None."),
+};
+
+constexpr std::array kPickerBases{"SimpleChannelSelection"_t};
+
+} // namespace
+
+constinit const host::ClassTable kEditDvbEpgBlacklist{
+    .name = "Edit_DVB_EPG_Blacklist",
+    .doc = "The editor of the DVB EPG blacklist: the services whose DVB EPG must not be updated.\n\n"
+           "The list lives in ${sysconfdir}/enigma2/blacklist_dvb_epg; the editor alone reads and writes it here.",
+    .bases = kEditorBases,
+    .operations = kEditorOperations,
+};
+
+constinit const host::ClassTable kDvbEpgBlacklistChannelSelection{
+    .name = "DVB_EPG_blacklist_ChannelSelection",
+    .doc = "The channel list from which services are added to the blacklist.\n\n"
+           "Closes with a list of eServiceReference, or with None.",
+    .bases = kPickerBases,
+    .operations = kPickerOperations,
+};
+
+constinit const host::OperationTable kFindInList = host::function<&find_in_list>(
+    "find_in_list",
+    "True if the element at `listpos` of some row of `list` equals `search`.\n\n"
+    "A row that can't be indexed at listpos is an error, unless an earlier row matches.",
+    {{"list"}, {"search"}, {"listpos", host::Default::zero}});
+
+} // namespace veltro

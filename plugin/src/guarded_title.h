@@ -1,0 +1,21 @@
+// The "title" widget, which two screens of the module would rather do without than fail.
+#pragma once
+
+#include "host/console.h"
+#include "host/screen.h"
+
+namespace veltro {
+
+/// Registers the screen's current title as its "title" widget. Whatever fails there, of every kind of error, costs one
+/// console line, and the screen works without the widget.
+inline void addGuardedTitle(const host::Screen& screen)
+{
+    using namespace host::literals;
+    try {
+        screen.addStaticText("title"_t, screen.attr("title"_t));
+    } catch (const host::Error&) {
+        host::printLine(screen.host(), "self[\"title\"] was not found in skin\n"_t);
+    }
+}
+
+} // namespace veltro

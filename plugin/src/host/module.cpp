@@ -1,0 +1,177 @@
+#include "host/module.h"
+
+#include "host/bindings.h"
+#include "host/generation.h"
+
+#include <string_view>
+
+namespace veltro::host {
+
+namespace {
+
+constexpr Host kNoHostYet(nullptr);
+
+Object borrowOrThrow(PyPointer borrowed)
+{
+    Py_XINCREF(borrowed);
+    return Object::adopt(kNoHostYet, borrowed);
+}
+
+void orThrow(int answer, At at = At::here())
+{
+    if (answer < 0)
+        throw Error(at);
+}
+
+/// The tuple behind every Host of this load.
+Object makeBindings(PyPointer module)
+{
+    const TextSlot* const last = TextSlot::last();
+    const auto size = binding::kFirstText + static_cast<Py_ssize_t>(last->index) + 1;
+    Object bindings = Object::adopt(kNoHostYet, PyTuple_New(size));
+    const auto bind = [&](Py_ssize_t place, Object value) {
+        orThrow(PyTuple_SetItem(bindings.get(), place, value.release()));
+    };
+    const auto own = [](PyPointer fresh) { return Object::adopt(kNoHostYet, fresh); };
+
+    const Object builtins = own(PyImport_ImportModule(generation::kBuiltinsModule));
+    bind(binding::kGlobals, borrowOrThrow(PyModule_GetDict(module)));
+    bind(binding::kBuiltins, borrowOrThrow(PyModule_GetDict(builtins.get())));
+    bind(binding::kOpen, own(PyObject_GetAttrString(builtins.get(), "open")));
+    bind(binding::kIOError, own(PyObject_GetAttrString(builtins.get(), "IOError")));
+    bind(binding::kMethodType, own(generation::methodType()));
+    bind(binding::kOperationType,
+         own(generation::operationType(own(PyObject_GetAttrString(module, "__name__")).get())));
+    bind(binding::kZero, own(generation::newInteger(0)));
+    for (const TextSlot* slot = last; slot != nullptr; slot = slot->next)
+        bind(binding::kFirstText + static_cast<Py_ssize_t>(slot->index), own(generation::internText(slot->chars)));
+    return bindings;
+}
+
+/// In a class body the language writes a private name `__x` as `_Class__x`.
+Object mangledName(Host host, const char* className, std::string_view name)
+{
+    const bool isPrivate = name.starts_with("__") && !name.ends_with("__");
+    return Object::adopt(host, isPrivate ? generation::joinText("_", className, name.data())
+                                         : generation::internText(name.data()));
+}
+
+struct ClassBody {
+    Host host;
+    const ClassTable& table;
+};
+
+void fill(const ClassBody& body, PyPointer classNamespace)
+{
+    const Host host = body.host;
+    const auto put = [&](const Object& key, const Object& value) {
+        orThrow(PyObject_SetItem(classNamespace, key.get(), value.get()));
+    };
+    put(host.text("__module__"_t), host["__name__"_t]);
+    put(host.text("__doc__"_t), Object::adopt(host, generation::internText(body.table.doc)));
+    for (const OperationTable& operation : body.table.operations)
+        put(mangledName(host, body.table.name, operation.name),
+            makeOperation(host, operation, body.table.name));
+}
+
+bool fillNamespace(const void* context, PyObject* classNamespace) noexcept
+{
+    try {
+        fill(*static_cast<const ClassBody*>(context), classNamespace);
+        return true;
+    } catch (Error& error) {
+        error.restore();
+        return false;
+    }
+}
+
+} // namespace
+
+Module::Module(PyPointer module)
+    : bindings_(makeBindings(module)), module_(Object::share(Host(bindings_.get()), module))
+{
+}
+
+void Module::bind(const Object& name, const Object& value, At at) const
+{
+    orThrow(PyObject_SetItem(host().globals(), name.get(), value.get()), at);
+}
+
+void Module::bind(const char* name, const Object& value, At at) const
+{
+    bind(Object::adopt(host(), generation::internText(name)), value, at);
+}
+
+void Module::setDoc(const char* doc) const
+{
+    bind("__doc__", Object::adopt(host(), generation::internText(doc)), At::here());
+}
+
+Object Module::import(const char* name, const Object& names, At at) const
+{
+    return Object::adopt(host(), generation::importModule(name, host().globals(), names.get()), at);
+}
+
+void Module::take(const Object& from, const Object& name, At at) const
+{
+    bind(name, Object::adopt(host(), PyObject_GetAttr(from.get(), name.get()), at), at);
+}
+
+void Module::importNames(const char* name, std::span<const char* const> names, At at) const
+{
+    const Object wanted = host().list();
+    for (const char* const text : names)
+        if (text != nullptr)
+            wanted.append(Object::adopt(host(), generation::internText(text)));
+    const Object from = import(name, wanted, at);
+    for (const Object& text : each(wanted)) {
+        try {
+            take(from, text, at);
+        } catch (const Error& error) {
+            if (!error.isAttributeError())
+                throw;
+            PyErr_Format(PyExc_ImportError, "cannot import name %.230s", generation::Chars(text.get()).get());
+            throw Error(at);
+        }
+    }
+}
+
+void Module::importEverything(const char* name, At at) const
+{
+    const Object from = import(name, host().list("*"_t), at);
+    const bool hasList = PyObject_HasAttrString(from.get(), "__all__") != 0;
+    // A copy: taking a name may run code of the host.
+    const Object names = Object::adopt(
+        host(), PySequence_List(from.attr({hasList ? "__all__"_t : "__dict__"_t, at}).get()), at);
+    for (const Object& text : each(names, at))
+        if (hasList || generation::Chars(text.get()).get()[0] != '_')
+            take(from, text, at);
+}
+
+void Module::importModule(const char* name, At at) const
+{
+    bind(name, import(name, host().list(), at), at);
+}
+
+void Module::define(const OperationTable& function, At at) const
+{
+    bind(function.name, makeOperation(host(), function, nullptr), at);
+}
+
+void Module::define(const ClassTable& table, At at) const
+{
+    const Object bases = host().list();
+    for (const Text base : table.bases)
+        bases.append(host()[{base, at}]);
+    const Object baseTuple = Object::adopt(host(), PySequence_Tuple(bases.get()));
+    const ClassBody body{host(), table};
+    bind(table.name,
+         Object::adopt(host(), generation::createClass(table.name, baseTuple.get(), &fillNamespace, &body), at), at);
+}
+
+void Module::define(Named name, const Object& value) const
+{
+    bind(host().text(name.text), value, name.at);
+}
+
+} // namespace veltro::host

@@ -1,0 +1,307 @@
+// Handles to the host's Python objects, and the error that a failing call throws.
+//
+// Ownership
+//  1. An Object owns exactly one reference and is never empty, except after it was moved from.
+//  2. A raw pointer comes in by two named doors only: `adopt` takes over a new reference and turns null into the
+//     pending Python exception; `share` adds a reference to a borrowed one.
+//  3. An Error owns the Python exception. It is thrown at the failing call and caught once, where the operation ends.
+//  4. Views (ConfigElement, EPGCache ...) add words to an Object, never data members: state lives in the Python
+//     instance, where the host, a skin and a test can see it.
+#pragma once
+
+#include "host/text.h"
+
+#include <array>
+#include <concepts>
+#include <cstddef>
+#include <initializer_list>
+#include <optional>
+#include <span>
+#include <utility>
+
+struct _object; // CPython's PyObject
+
+namespace veltro::host {
+
+using PyPointer = _object*;
+
+class Object;
+struct OperationTable;
+
+/// The place in the C++ sources from which the host was called: what a traceback shows.
+struct At {
+    const char* file;
+    int line;
+
+    static constexpr At here(const char* file = __builtin_FILE(), int line = __builtin_LINE()) noexcept
+    {
+        return {file, line};
+    }
+};
+
+/// A name together with the place that asks for it. Made by conversion, so `call("save"_t)` notes its own line.
+struct Named {
+    Text text;
+    At at;
+
+    constexpr Named(Text name, At place = At::here()) noexcept : text(name), at(place) {}
+};
+
+/// Python's None, as an argument or as a value to set.
+struct NoValue {};
+inline constexpr NoValue kNoValue{};
+
+/// One load of the module as its operations see it: the module's namespace, the built-ins, the constant texts, and what
+/// start-up bound. A borrowed pointer to one tuple that every operation of that load holds.
+class Host {
+public:
+    constexpr explicit Host(PyPointer bindings) noexcept : bindings_(bindings) {}
+
+    /// Looks a name up now: in the module's namespace, then among the built-ins. NameError if neither has it.
+    [[nodiscard]] Object operator[](Named name) const;
+
+    /// The translation of a message id, by the host's `_` of this moment.
+    [[nodiscard]] Object translate(Named id) const;
+
+    [[nodiscard]] Object text(Text text) const;
+    [[nodiscard]] Object none() const;
+    [[nodiscard]] Object no() const; // False
+    [[nodiscard]] Object integer(long value) const;
+    [[nodiscard]] Object set() const; // a new, empty set
+
+    /// Looks the callable up now and calls it.
+    template <class... Values>
+    Object call(Named callable, const Values&... values) const;
+
+    template <class... Values>
+    [[nodiscard]] Object list(const Values&... values) const;
+    template <class... Values>
+    [[nodiscard]] Object tuple(const Values&... values) const;
+
+    /// A dictionary with constant keys, in the given order.
+    [[nodiscard]] Object dict(std::initializer_list<std::pair<Text, Object>> items) const;
+
+    /// What start-up bound for good: the file-opening function and the input/output error type of the built-ins.
+    [[nodiscard]] Object open() const;
+    [[nodiscard]] Object ioError() const;
+
+    // For the host layer itself; borrowed.
+    [[nodiscard]] PyPointer globals() const noexcept;
+    [[nodiscard]] PyPointer builtins() const noexcept;
+    [[nodiscard]] PyPointer methodType() const noexcept;
+    [[nodiscard]] PyPointer operationType() const noexcept;
+    [[nodiscard]] PyPointer zero() const noexcept;
+    [[nodiscard]] PyPointer constant(Text text) const noexcept;
+    [[nodiscard]] PyPointer bindings() const noexcept { return bindings_; }
+
+private:
+    PyPointer bindings_;
+};
+
+/// One value on its way into a host call, borrowed: an Object, a constant text, a bool or no value.
+class Argument {
+public:
+    Argument(Host host, const Object& object) noexcept;
+    Argument(Host host, Text text) noexcept;
+    Argument(Host host, NoValue) noexcept;
+    Argument(Host, std::same_as<bool> auto value) noexcept : pointer_(boolean(value)) {}
+
+    [[nodiscard]] PyPointer get() const noexcept { return pointer_; }
+
+private:
+    // A C++ true reaches the host as Python's True, never as 1.
+    [[nodiscard]] static PyPointer boolean(bool value) noexcept;
+
+    PyPointer pointer_;
+};
+
+class Object {
+public:
+    static constexpr std::size_t kMostArguments = 4;
+
+    [[nodiscard]] static Object adopt(Host host, PyPointer fresh, At at = At::here());
+    [[nodiscard]] static Object share(Host host, PyPointer borrowed) noexcept;
+
+    Object(const Object& other) noexcept;
+    Object(Object&& other) noexcept;
+    Object& operator=(Object other) noexcept;
+    ~Object();
+
+    [[nodiscard]] Host host() const noexcept { return host_; }
+    [[nodiscard]] PyPointer get() const noexcept { return pointer_; }
+    [[nodiscard]] PyPointer release() noexcept { return std::exchange(pointer_, nullptr); }
+
+    [[nodiscard]] Object attr(Named name) const;
+    template <class Value>
+    void setAttr(Named name, const Value& value) const
+    {
+        storeAttr(name, Argument(host_, value));
+    }
+
+    /// object[key], object[index] and object[key] = value.
+    template <class Key>
+    [[nodiscard]] Object item(const Key& key, At at = At::here()) const
+    {
+        return fetchItem(Argument(host_, key), at);
+    }
+    [[nodiscard]] Object item(int index, At at = At::here()) const { return fetchItem(host_.integer(index), at); }
+    template <class Value>
+    void setItem(Named key, const Value& value) const
+    {
+        storeItem(key, Argument(host_, value));
+    }
+
+    /// object.method(arguments...)
+    template <class... Values>
+    Object call(Named method, const Values&... values) const
+    {
+        const std::array<Argument, sizeof...(Values)> arguments{Argument(host_, values)...};
+        return callMethod(method, arguments);
+    }
+
+    /// object(arguments...)
+    template <class... Values>
+    Object operator()(At at, const Values&... values) const
+    {
+        const std::array<Argument, sizeof...(Values)> arguments{Argument(host_, values)...};
+        return callSelf(at, arguments);
+    }
+
+    /// object(*arguments, **keywords)
+    Object apply(const Object& arguments, const Object& keywords, At at = At::here()) const;
+
+    [[nodiscard]] bool isNone() const noexcept;
+    [[nodiscard]] bool truth(At at = At::here()) const;
+    [[nodiscard]] std::size_t size(At at = At::here()) const;
+    [[nodiscard]] bool isInstanceOf(const Object& type, At at = At::here()) const;
+
+    /// object == other, by the object's own idea of equality: no shortcut for the same object.
+    template <class Value>
+    [[nodiscard]] bool equals(const Value& value, At at = At::here()) const
+    {
+        return isEqual(Argument(host_, value), at);
+    }
+    [[nodiscard]] bool equals(long value, At at = At::here()) const { return isEqual(host_.integer(value), at); }
+
+    [[nodiscard]] bool isPositive(At at = At::here()) const;
+    [[nodiscard]] Object toText(At at = At::here()) const;    // str(object)
+    [[nodiscard]] Object toInteger(At at = At::here()) const; // int(object)
+    [[nodiscard]] Object bitAnd(const Object& mask, At at = At::here()) const;
+    [[nodiscard]] Object bitAnd(long mask, At at = At::here()) const;
+    [[nodiscard]] Object bitOr(const Object& other, At at = At::here()) const;
+    [[nodiscard]] Object times(long factor, At at = At::here()) const;
+    [[nodiscard]] Object plus(const Object& other, At at = At::here()) const;
+    [[nodiscard]] Object format(const Object& value, At at = At::here()) const; // text % value
+
+    /// The one native string type of the interpreter's generation, not a subclass: its equality is known to be plain.
+    [[nodiscard]] bool isPlainText() const noexcept;
+    [[nodiscard]] bool isPlainRow() const noexcept; // a tuple or list, not a subclass
+
+    /// Whether this is the module's own operation, not a replacement under its name.
+    [[nodiscard]] bool isOperation(const OperationTable& table) const noexcept;
+
+    /// For lists and sets that the module made itself.
+    void append(const Object& value, At at = At::here()) const;
+    void add(const Object& value, At at = At::here()) const;
+    [[nodiscard]] bool contains(const Object& value, At at = At::here()) const;
+
+private:
+    Object(Host host, PyPointer pointer) noexcept : host_(host), pointer_(pointer) {}
+
+    void storeAttr(Named name, Argument value) const;
+    void storeItem(Named key, Argument value) const;
+    [[nodiscard]] Object fetchItem(Argument key, At at) const;
+    [[nodiscard]] Object fetchItem(const Object& key, At at) const { return fetchItem(Argument(host_, key), at); }
+    Object callMethod(Named method, std::span<const Argument> arguments) const;
+    Object callSelf(At at, std::span<const Argument> arguments) const;
+    [[nodiscard]] bool isEqual(Argument value, At at) const;
+    [[nodiscard]] bool isEqual(const Object& value, At at) const { return isEqual(Argument(host_, value), at); }
+
+    Host host_;
+    PyPointer pointer_;
+};
+
+/// The Python exception of a failed host call, and where the call was made. Restored at the operation's end, unchanged.
+class Error {
+public:
+    /// Takes over the interpreter's pending exception.
+    explicit Error(At at) noexcept;
+    Error(Error&& other) noexcept;
+    Error& operator=(Error&&) = delete;
+    ~Error();
+
+    [[nodiscard]] bool isOrdinary() const noexcept; // an Exception: not KeyboardInterrupt, not SystemExit
+    [[nodiscard]] bool isAttributeError() const noexcept;
+    [[nodiscard]] bool matches(const Object& type) const noexcept;
+    [[nodiscard]] At at() const noexcept { return at_; }
+
+    /// False if the call failed without saying why, which `restore` then reports as a SystemError.
+    [[nodiscard]] bool isSet() const noexcept { return type_ != nullptr; }
+    void restore() noexcept;
+
+private:
+    At at_;
+    PyPointer type_;
+    PyPointer value_;
+    PyPointer traceback_;
+};
+
+/// for (const Object& row : each(rows)) - Python's own iteration.
+class Iteration {
+public:
+    class Cursor {
+    public:
+        Cursor(const Object& iterator, At at) : iterator_(&iterator), at_(at) { ++*this; }
+        const Object& operator*() const noexcept { return *current_; }
+        Cursor& operator++();
+        friend bool operator!=(const Cursor& cursor, std::nullptr_t) noexcept { return cursor.current_.has_value(); }
+
+    private:
+        const Object* iterator_;
+        At at_;
+        std::optional<Object> current_;
+    };
+
+    Iteration(const Object& iterable, At at);
+    [[nodiscard]] Cursor begin() const { return {iterator_, at_}; }
+    [[nodiscard]] static std::nullptr_t end() noexcept { return nullptr; }
+
+private:
+    Object iterator_;
+    At at_;
+};
+
+[[nodiscard]] inline Iteration each(const Object& iterable, At at = At::here())
+{
+    return {iterable, at};
+}
+
+/// Unpacks exactly two values, with Python's errors for fewer and for more.
+[[nodiscard]] std::pair<Object, Object> unpackTwo(const Object& iterable, At at = At::here());
+
+namespace detail {
+[[nodiscard]] Object makeList(Host host, std::span<const Argument> values);
+[[nodiscard]] Object makeTuple(Host host, std::span<const Argument> values);
+} // namespace detail
+
+template <class... Values>
+Object Host::call(Named callable, const Values&... values) const
+{
+    return (*this)[callable](callable.at, values...);
+}
+
+template <class... Values>
+Object Host::list(const Values&... values) const
+{
+    const std::array<Argument, sizeof...(Values)> arguments{Argument(*this, values)...};
+    return detail::makeList(*this, arguments);
+}
+
+template <class... Values>
+Object Host::tuple(const Values&... values) const
+{
+    const std::array<Argument, sizeof...(Values)> arguments{Argument(*this, values)...};
+    return detail::makeTuple(*this, arguments);
+}
+
+} // namespace veltro::host

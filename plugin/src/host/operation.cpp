@@ -1,0 +1,133 @@
+#include "host/operation.h"
+
+#include "host/generation.h"
+#include "host/operation_object.h"
+#include "host/traceback.h"
+
+#include <new>
+#include <utility>
+
+namespace veltro::host {
+
+namespace {
+
+/// Runs the C++ function: the one place where a C++ exception becomes a Python one.
+PyObject* run(const OperationObject& operation, const PyPointer* arguments) noexcept
+{
+    try {
+        return operation.table->thunk(Host(operation.bindings), arguments);
+    } catch (Error& error) {
+        error.restore();
+        addFrame(operation.className, operation.table->name, error.at());
+    } catch (const std::bad_alloc&) {
+        PyErr_NoMemory();
+    }
+    return nullptr;
+}
+
+/// "Veltro.keyOk" for an operation of a class, "doEPGAction" for a function of the module.
+PyObject* qualifiedName(const OperationObject& operation)
+{
+    if (operation.className == nullptr)
+        return generation::internText(operation.table->name);
+    return generation::joinText(operation.className, ".", operation.table->name);
+}
+
+} // namespace
+
+PyObject* operationCall(PyObject* self, PyObject* positions, PyObject* keywords)
+{
+    const OperationObject& operation = operationOf(self);
+    std::array<PyPointer, OperationTable::kMostParameters> arguments{};
+    if (!bindArguments(operation, positions, keywords, arguments.data()))
+        return nullptr;
+    if (operation.table->takes != Takes::anyPositions)
+        return run(operation, arguments.data());
+
+    const auto named = static_cast<Py_ssize_t>(operation.table->positions());
+    PyObject* const rest = PyTuple_GetSlice(positions, named, PyTuple_Size(positions));
+    if (rest == nullptr)
+        return nullptr;
+    arguments[operation.table->positions()] = rest;
+    PyObject* const result = run(operation, arguments.data());
+    Py_DECREF(rest);
+    return result;
+}
+
+PyObject* operationGet(PyObject* self, PyObject* instance, PyObject* type)
+{
+    return generation::bindMethod(Host(operationOf(self).bindings).methodType(), self, instance, type);
+}
+
+PyObject* operationRepr(PyObject* self)
+{
+    PyObject* const name = qualifiedName(operationOf(self));
+    if (name == nullptr)
+        return nullptr;
+    PyObject* const shown = generation::joinText("<operation ", generation::Chars(name).get(), ">");
+    Py_DECREF(name);
+    return shown;
+}
+
+int operationTraverse(PyObject* self, visitproc visit, void* context)
+{
+    // The type is left out: on 3.8 it must not be visited, and no cycle of ours runs through it.
+    PyObject* const bindings = operationOf(self).bindings;
+    return bindings == nullptr ? 0 : visit(bindings, context);
+}
+
+int operationClear(PyObject* self)
+{
+    // The collector has found the whole load to be garbage: the operation can be neither called nor bound any more.
+    Py_XDECREF(std::exchange(operationOf(self).bindings, nullptr));
+    return 0;
+}
+
+PyGetSetDef kOperationAttributes[] = {
+    {const_cast<char*>("__name__"),
+     [](PyObject* self, void*) { return generation::internText(operationOf(self).table->name); }, nullptr, nullptr,
+     nullptr},
+    {const_cast<char*>("__qualname__"), [](PyObject* self, void*) { return qualifiedName(operationOf(self)); }, nullptr,
+     nullptr, nullptr},
+    {const_cast<char*>("__doc__"),
+     [](PyObject* self, void*) { return generation::internText(operationOf(self).table->doc); }, nullptr, nullptr,
+     nullptr},
+    {const_cast<char*>("__text_signature__"),
+     [](PyObject* self, void*) { return generation::internText(operationOf(self).table->signature.data()); }, nullptr,
+     nullptr, nullptr},
+    {nullptr, nullptr, nullptr, nullptr, nullptr},
+};
+
+namespace detail {
+
+PyPointer newNone()
+{
+    Py_INCREF(Py_None);
+    return Py_None;
+}
+
+PyPointer newBool(bool value)
+{
+    return PyBool_FromLong(value ? 1 : 0);
+}
+
+} // namespace detail
+
+bool Object::isOperation(const OperationTable& table) const noexcept
+{
+    return reinterpret_cast<PyPointer>(Py_TYPE(pointer_)) == host_.operationType() &&
+           operationOf(pointer_).table == &table;
+}
+
+Object makeOperation(Host host, const OperationTable& table, const char* className)
+{
+    Object object = Object::adopt(host, generation::allocateOperation(host.operationType()));
+    OperationObject& operation = operationOf(object.get());
+    operation.table = &table;
+    operation.className = className;
+    operation.bindings = host.bindings();
+    Py_INCREF(operation.bindings);
+    return object;
+}
+
+} // namespace veltro::host

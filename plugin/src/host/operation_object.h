@@ -1,0 +1,34 @@
+// The Python object of an operation, as the host layer's own files see it.
+#pragma once
+
+#include "host/cpython.h"
+#include "host/operation.h"
+
+namespace veltro::host {
+
+struct OperationObject {
+    PyObject_HEAD
+    const OperationTable* table;
+    const char* className; // null for a function of the module
+    PyObject* bindings;    // what Host reads; part of the module's reference cycles, so the collector visits it
+};
+
+[[nodiscard]] inline OperationObject& operationOf(PyObject* object) noexcept
+{
+    return *reinterpret_cast<OperationObject*>(object);
+}
+
+/// Sorts a call's arguments by the operation's parameters, with the language's own rules and errors. The values are
+/// borrowed; a parameter that the call leaves out is filled with its default.
+[[nodiscard]] bool bindArguments(const OperationObject& operation, PyObject* positions, PyObject* keywords,
+                                 PyPointer* arguments);
+
+// The slots of the operation type; generation.cpp puts them into the kind of type that the interpreter knows.
+PyObject* operationCall(PyObject* self, PyObject* positions, PyObject* keywords);
+PyObject* operationGet(PyObject* self, PyObject* instance, PyObject* type);
+PyObject* operationRepr(PyObject* self);
+int operationTraverse(PyObject* self, visitproc visit, void* context);
+int operationClear(PyObject* self);
+extern PyGetSetDef kOperationAttributes[];
+
+} // namespace veltro::host
