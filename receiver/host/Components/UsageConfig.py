@@ -27,10 +27,10 @@ def _translated(choices):
 
 def _ages():
     """How long past events are shown, in minutes."""
-    minutes = [(count, "%d " % count + translate("minutes")) for count in (0, 15, 30, 45)]
-    hours = [(count * 60, "%d " % count + translate("hours")) for count in (1, 2, 3, 4, 6, 8, 12, 18)]
-    days = [(count * 1440, "%d " % count + translate("days")) for count in range(1, 8)]
-    return minutes + hours + days
+    units = ((1, "minute", "minutes", (0, 15, 30, 45)), (60, "hour", "hours", (1, 2, 3, 4, 6, 8, 12, 18)),
+             (1440, "day", "days", range(1, 8)))
+    return [(count * unit, "%d %s" % (count, translate(one if count == 1 else many)))
+            for unit, one, many, counts in units for count in counts]
 
 
 def InitUsageConfig(config):

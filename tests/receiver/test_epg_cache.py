@@ -1,0 +1,315 @@
+"""eEPGCache: the guide in memory, its file in every state, and the demo programmes."""
+import errno
+import os
+import subprocess
+import sys
+import zlib
+from unittest import mock
+
+from receiver.data import epg_cache, epg_demo
+from receiver.data.epg_cache import eEPGCache
+from receiver.data.reference import eServiceReference
+from receiver.data.service_center import eServiceCenter
+from tests.receiver.boxes import SAMPLE, BoxTest
+
+ONE = eServiceReference("1:0:19:1B7B:C88:3:EB0000:0:0:0::One")
+TWO = eServiceReference("4097:0:1:0:0:0:0:0:0:0:http%3a//x/caf\udce9:Two")
+NOW = 1_700_000_000
+
+
+class CacheTest(BoxTest):
+    def setUp(self):
+        super().setUp()
+        self.cache = eEPGCache()
+        self.path = os.path.join(self.hdd, "epg.dat")
+
+    def fill(self):
+        self.cache.setEvents(ONE, [(NOW + 60, 60, "Später"), (NOW, 60, "")])
+        self.cache.setEvents(TWO, [(-5, 0, "caf\udce9\n")])
+
+    def content(self):
+        """Bytes of the cache file."""
+        with open(self.path, "rb") as file:
+            return file.read()
+
+    def overwrite(self, data):
+        with open(self.path, "wb") as file:
+            file.write(data)
+
+
+class Memory(CacheTest):
+    def test_events_of_a_service(self):
+        self.fill()
+        self.assertEqual(self.cache.events(ONE), [(NOW, 60, ""), (NOW + 60, 60, "Später")])
+        self.assertEqual(self.cache.events(eServiceReference(ONE.toCompareString())), self.cache.events(ONE))
+        self.assertEqual(self.cache.counts(), (3, 2))
+        self.cache.setEvents(ONE, [])
+        self.assertEqual((self.cache.events(ONE), self.cache.counts()), ([], (1, 1)))
+
+    def test_clear(self):
+        self.fill()
+        self.assertIsNone(self.cache.clearDB())
+        self.assertEqual(self.cache.counts(), (0, 0))
+
+    def test_one_instance(self):
+        self.assertIs(eEPGCache.getInstance(), eEPGCache.getInstance())
+
+
+class File(CacheTest):
+    def test_save_and_load(self):
+        self.fill()
+        self.assertIsNone(self.cache.save())
+        self.assertEqual(os.listdir(self.hdd), ["epg.dat"])
+        fresh = eEPGCache()
+        self.assertEqual(fresh.fileCounts(), (3, 2))
+        self.assertIsNone(fresh.load())
+        self.assertEqual((fresh.events(ONE), fresh.events(TWO)), (self.cache.events(ONE), self.cache.events(TWO)))
+        self.assertEqual(self.console, [])
+
+    def test_load_replaces_what_was_there(self):
+        self.fill()
+        self.cache.save()
+        self.cache.setEvents(ONE, [(1, 1, "x")])
+        self.cache.setEvents(eServiceReference("1:0:1:1:1:1:1:0:0:0:"), [(1, 1, "x")])
+        self.cache.load()
+        self.assertEqual(self.cache.counts(), (3, 2))
+
+    def test_clear_then_save_empties_the_file(self):
+        self.fill()
+        self.cache.save()
+        self.cache.clearDB()
+        self.assertEqual(self.cache.fileCounts(), (3, 2))
+        self.cache.save()
+        self.assertEqual(self.cache.fileCounts(), (0, 0))
+        self.cache.load()
+        self.assertEqual((self.cache.counts(), self.console), ((0, 0), []))
+
+    def test_another_file(self):
+        other = os.path.join(self.etc, "epg.dat")
+        self.fill()
+        self.assertIsNone(self.cache.setCacheFile(other))
+        self.assertFalse(os.path.exists(other))
+        self.cache.save()
+        self.assertEqual((os.path.exists(other), os.path.exists(self.path)), (True, False))
+
+    def test_counts_of_the_file_follow_the_file(self):
+        self.assertIsNone(self.cache.fileCounts())
+        self.fill()
+        self.cache.save()
+        self.assertEqual(self.cache.fileCounts(), (3, 2))
+        with mock.patch.object(epg_cache, "_read", side_effect=AssertionError("read again")):
+            self.assertEqual(self.cache.fileCounts(), (3, 2))
+        self.overwrite(b"rubbish")
+        self.assertIsNone(self.cache.fileCounts())
+        os.unlink(self.path)
+        self.assertIsNone(self.cache.fileCounts())
+        self.assertEqual(self.console, [])
+
+    def test_a_link_stays_a_link_and_the_mode_stays(self):
+        target = os.path.join(self.etc, "real.dat")
+        self.overwrite(b"")
+        os.rename(self.path, target)
+        os.chmod(target, 0o640)
+        os.symlink(target, self.path)
+        self.fill()
+        self.cache.save()
+        self.assertTrue(os.path.islink(self.path))
+        self.assertEqual(os.stat(target).st_mode & 0o777, 0o640)
+        self.assertEqual(self.cache.fileCounts(), (3, 2))
+
+
+class BrokenFile(CacheTest):
+    def setUp(self):
+        super().setUp()
+        self.fill()
+        self.cache.save()
+        self.whole = self.content()
+        self.cache.setEvents(TWO, [])
+        self.before = (self.cache.counts(), self.cache.events(ONE))
+
+    def refused(self, *words):
+        self.cache.load()
+        self.assertEqual((self.cache.counts(), self.cache.events(ONE)), self.before)
+        self.complaint("not loaded", *words)
+        self.console.clear()
+
+    def test_missing(self):
+        os.unlink(self.path)
+        self.refused("No such file")
+
+    def test_every_truncation(self):
+        for length in range(len(self.whole)):
+            self.overwrite(self.whole[:length])
+            self.refused()
+
+    def test_every_broken_byte(self):
+        for index in range(len(self.whole)):
+            data = bytearray(self.whole)
+            data[index] ^= 0x11
+            self.overwrite(data)
+            self.refused()
+
+    def test_too_long(self):
+        self.overwrite(self.whole + b"\0")
+        self.refused("bytes of content")
+
+    def test_foreign_files(self):
+        for data in (b"", b"\x98\x76\x54\x32ENIGMA_EPG_V8", b"hello", bytes(5000)):
+            self.overwrite(data)
+            self.refused("not an EPG cache file")
+
+    def test_a_later_version(self):
+        data = bytearray(self.whole)
+        data[11] = 2
+        self.overwrite(data)
+        self.refused("version 2")
+
+    def test_counts_that_lie_behind_a_right_checksum(self):
+        header, body = epg_cache._HEADER, self.whole[epg_cache._HEADER.size:]
+        for services, events in ((9, 3), (1, 3), (2, 4), (0, 0)):
+            fields = (epg_cache._MAGIC, 1, services, events, len(body), zlib.crc32(body))
+            self.overwrite(header.pack(*fields) + body)
+            self.refused("counts")
+
+    def test_what_is_no_file(self):
+        os.unlink(self.path)
+        os.mkdir(self.path)
+        self.refused()
+        os.rmdir(self.path)
+        os.mkfifo(self.path)
+        self.refused("not a file")
+        self.cache.setCacheFile("a\0b")
+        self.refused()
+        self.assertIsNone(self.cache.fileCounts())
+
+
+class FailedSave(CacheTest):
+    """The old file survives whatever happens, and no other file is left."""
+
+    def setUp(self):
+        super().setUp()
+        self.fill()
+        self.cache.save()
+        self.old = self.content()
+        self.cache.setEvents(ONE, [(1, 2, "new")])
+
+    def kept(self, *words):
+        self.assertIsNone(self.cache.save())
+        self.assertEqual(self.content(), self.old)
+        self.assertEqual(os.listdir(self.hdd), ["epg.dat"])
+        self.complaint("not saved", *words)
+
+    def test_rename_fails(self):
+        with mock.patch("os.replace", side_effect=OSError(errno.EIO, "broken disk")):
+            self.kept("broken disk")
+
+    def test_sync_fails(self):
+        with mock.patch("os.fsync", side_effect=OSError(errno.EIO, "broken disk")):
+            self.kept("broken disk")
+
+    def test_full_disk(self):
+        # The temporary file's name leads to a device that is always full.
+        os.symlink("/dev/full", self.path + ".writing")
+        self.kept("No space left")
+
+    def test_folder_is_gone_or_no_folder(self):
+        for path in (os.path.join(self.hdd, "gone", "epg.dat"), os.path.join(self.path, "epg.dat"), "a\0b"):
+            self.console.clear()
+            self.cache.setCacheFile(path)
+            self.cache.save()
+            self.complaint("not saved")
+        self.assertEqual(self.content(), self.old)
+
+    def test_crash_between_write_and_rename(self):
+        """The process dies before the rename, then before the file is complete: the old file is whole, and the next
+        save works although a temporary file lies about."""
+        program = ("import os, sys\n"
+                   "from receiver.data import epg_cache, reference\n"
+                   "cache = epg_cache.eEPGCache()\n"
+                   "cache.setCacheFile(sys.argv[1])\n"
+                   "cache.setEvents(reference.eServiceReference('1:0:1:1:1:1:1:0:0:0:'), [(1, 2, 'new')])\n"
+                   "setattr(os, sys.argv[2], lambda *args: os._exit(9))\n"
+                   "cache.save()\n")
+        for call in ("replace", "fsync"):
+            result = subprocess.run([sys.executable, "-c", program, self.path, call], cwd=os.path.join(SAMPLE, "..", ".."))
+            self.assertEqual(result.returncode, 9)
+            self.assertEqual(self.content(), self.old)
+            self.assertEqual(eEPGCache().fileCounts(), (3, 2))
+        self.cache.save()
+        self.assertEqual(self.cache.fileCounts(), (2, 2))
+        self.assertEqual(os.listdir(self.hdd), ["epg.dat"])
+
+    def test_order_of_the_steps(self):
+        """Content before name before folder: any other order could leave a half-written file after a power cut."""
+        steps = []
+        real_sync, real_replace = os.fsync, os.replace
+
+        def sync(handle):
+            steps.append(os.path.basename(os.readlink("/proc/self/fd/%d" % handle)))
+            real_sync(handle)
+
+        def replace(old, new):
+            steps.append("replace")
+            real_replace(old, new)
+
+        with mock.patch("os.fsync", sync), mock.patch("os.replace", replace):
+            self.cache.save()
+        self.assertEqual(steps, ["epg.dat.writing", "replace", "hdd"])
+
+
+class Demo(CacheTest):
+    def test_the_same_within_a_day(self):
+        morning = epg_demo.schedule(ONE, NOW, 3)
+        later = epg_demo.schedule(ONE, NOW + 3600, 3)
+        self.assertEqual(morning, epg_demo.schedule(eServiceReference(ONE.toString()), NOW, 3))
+        self.assertEqual([event for event in later if event in morning], [event for event in morning if event in later])
+        self.assertGreater(len(set(morning) & set(later)), 0.9 * len(morning))
+
+    def test_the_same_in_another_process(self):
+        """No hash seed, no clock: compare with a process of its own."""
+        program = ("from receiver.data import epg_demo, reference\n"
+                   "ref = reference.eServiceReference(%r)\n"
+                   "print(epg_demo.schedule(ref, %d, 2))" % (ONE.toString(), NOW))
+        result = subprocess.run([sys.executable, "-c", program], cwd=os.path.join(SAMPLE, "..", ".."), text=True,
+                                stdout=subprocess.PIPE, env=dict(os.environ, PYTHONHASHSEED="77"))
+        self.assertEqual(result.stdout.strip(), str(epg_demo.schedule(ONE, NOW, 2)))
+
+    def test_one_programme_after_the_other(self):
+        events = epg_demo.schedule(ONE, NOW, 2)
+        self.assertLessEqual(events[0][0], NOW)
+        self.assertGreater(events[0][0] + events[0][1], NOW)
+        for before, after in zip(events, events[1:]):
+            self.assertEqual(before[0] + before[1], after[0])
+        self.assertLess(events[-1][0], NOW + 2 * 86400)
+        self.assertGreaterEqual(events[-1][0] + events[-1][1], NOW + 2 * 86400)
+
+    def test_services_and_days_differ(self):
+        self.assertNotEqual(epg_demo.schedule(ONE, NOW, 1), epg_demo.schedule(TWO, NOW, 1))
+        titles = [[event[2] for event in epg_demo.schedule(ONE, day * 86400, 1)] for day in (19000, 19001)]
+        self.assertNotEqual(*titles)
+
+    def test_receive(self):
+        marker = eServiceReference("1:64:1:0:0:0:0:0:0:0::Marker")
+        bouquet = eServiceReference("1:7:1:0:0:0:0:0:0:0:userbouquet.a.tv")
+        self.cache.setEvents(ONE, [(5, 5, "long ago")])
+        self.cache.receive([ONE, TWO, marker, bouquet, eServiceReference()], NOW, 2)
+        self.assertEqual(self.cache.events(ONE), [(5, 5, "long ago")] + epg_demo.schedule(ONE, NOW, 2))
+        self.assertEqual(self.cache.counts()[1], 2)
+        counts = self.cache.counts()
+        self.cache.receive([ONE, TWO], NOW, 2)
+        self.assertEqual(self.cache.counts(), counts)
+
+    def test_blacklisted_services_receive_nothing(self):
+        self.assertEqual(epg_demo.blacklisted(self.etc), frozenset())
+        self.write("blacklist_dvb_epg", "#SERVICE %s\r\nrubbish\n" % ONE.toString())
+        skip = epg_demo.blacklisted(self.etc)
+        self.assertEqual(skip, {ONE.toCompareString()})
+        self.cache.receive([ONE, TWO], NOW, 1, skip)
+        self.assertEqual((self.cache.events(ONE), self.cache.counts()[1]), ([], 1))
+
+    def test_first_services(self):
+        from receiver.data import env
+        env.configure(SAMPLE)
+        refs = epg_demo.first_services(eServiceCenter(), eServiceCenter.ROOT_TV_FAVOURITES, 2)
+        self.assertEqual(len(refs), 20)
+        self.assertFalse(any(ref.flags for ref in refs))

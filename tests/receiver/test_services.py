@@ -1,0 +1,157 @@
+"""eServiceCenter and ServiceReference: lists and names from lamedb and the bouquets together."""
+import shutil
+
+from ServiceReference import ServiceReference
+from receiver.data.reference import eServiceReference
+from receiver.data.service_center import eServiceCenter
+from tests.receiver.boxes import SAMPLE, BoxTest
+
+
+class SampleTest(BoxTest):
+    """The sample channel lists in a folder of their own."""
+
+    def setUp(self):
+        super().setUp()
+        shutil.copytree(SAMPLE, self.etc, dirs_exist_ok=True)
+        self.center = eServiceCenter()
+        eServiceCenter._instance, before = self.center, eServiceCenter._instance
+        self.addCleanup(setattr, eServiceCenter, "_instance", before)
+
+    def list(self, text):
+        return self.center.list(eServiceReference(text))
+
+    def bouquet(self, name, root=eServiceCenter.ROOT_TV_FAVOURITES):
+        """The reference of the bouquet with this name."""
+        return next(ref for ref, title in self.list(root).getContent("RN") if title == name)
+
+
+class Lists(SampleTest):
+    def test_favourites(self):
+        self.assertEqual(self.list(eServiceCenter.ROOT_TV_FAVOURITES).getContent("N"),
+                         ["Favourites (TV)", "Sport, films and more", "Regional", "Streams"])
+        self.assertEqual(self.list(eServiceCenter.ROOT_RADIO_FAVOURITES).getContent("N"), ["Favourites (Radio)", "Music"])
+
+    def test_a_bouquet_in_its_order_with_markers_and_sub_bouquets(self):
+        names = self.center.list(self.bouquet("Sport, films and more")).getContent("N")
+        self.assertEqual(names[:3] + names[-2:], ["Sport", "Pinecone Sport 1 HD", "Pinecone Sport 2 HD", "For the young",
+                                                  "Kids"])
+        sub = self.center.list(self.bouquet("Sport, films and more")).getContent("R")[-1]
+        self.assertEqual(sub.flags & 7, 7)
+        self.assertEqual(self.center.list(sub).getContent("N"), ["Lantern Kids", "Atlantica Kids", "Paper Boats"])
+
+    def test_get_next_ends_with_an_invalid_reference_for_ever(self):
+        services = self.center.list(self.bouquet("Streams"))
+        types = [services.getNext().type for _ in range(6)]
+        self.assertEqual(types, [4097] * 4 + [-1] * 2)
+
+    def test_references_handed_out_are_copies(self):
+        ref = self.center.list(self.bouquet("Streams")).getNext()
+        ref.setName("spoilt")
+        self.center.list(self.bouquet("Streams")).getContent("R")[0].setName("spoilt")
+        self.assertEqual(self.center.list(self.bouquet("Streams")).getContent("N")[0], "Harbour Live")
+
+    def test_get_content(self):
+        services = self.center.list(self.bouquet("Favourites (Radio)", eServiceCenter.ROOT_RADIO_FAVOURITES))
+        self.assertEqual(services.getContent("SN")[0], ("1:0:2:801:401:FE:640000:0:0:0:", "Lantern Radio"))
+        self.assertEqual(services.getContent("C")[0], "1:0:2:801:401:FE:640000:0:0:0:")
+        self.assertEqual(services.getContent("N", True)[:2], ["Corner FM", "Lantern Jazz"])
+        self.assertEqual(services.getContent("N", sorted=True), sorted(services.getContent("N"), key=str.casefold))
+        for letters in ("", "X", "SX"):
+            with self.subTest(letters), self.assertRaises(ValueError):
+                services.getContent(letters)
+
+    def test_all_services(self):
+        tv = self.list(eServiceCenter.ROOT_TV_ALL).getContent("N")
+        radio = self.list(eServiceCenter.ROOT_RADIO_ALL).getContent("N")
+        self.assertEqual((len(tv), len(radio)), (42, 12))
+        self.assertEqual(tv, sorted(tv, key=str.casefold))
+        self.assertIn("Radio Größe", radio)
+
+    def test_satellites_and_providers_hold_all_services(self):
+        for root in (eServiceCenter.ROOT_TV_SATELLITES, eServiceCenter.ROOT_TV_PROVIDERS):
+            entries = self.list(root).getContent("R")
+            self.assertTrue(all(entry.flags & 7 == 7 for entry in entries))
+            names = [name for entry in entries for name in self.list(entry.toString()).getContent("N")]
+            self.assertEqual(sorted(names), sorted(self.list(eServiceCenter.ROOT_TV_ALL).getContent("N")))
+        self.assertEqual(self.list(eServiceCenter.ROOT_TV_SATELLITES).getContent("N"),
+                         ["10.0°E", "30.0°W", "Terrestrial", "Cable"])
+
+    def test_odd_provider_names(self):
+        for provider in ('a "b" (c) && (type == 2)', "a: 50%", "caf\udce9", ""):
+            with self.subTest(provider):
+                lamedb = "eDVB services /4/\ntransponders\nend\nservices\n"
+                lamedb += "0001:00c00000:0001:0001:1:0\nOne\np:%s\nend\n" % provider
+                self.write("lamedb", lamedb.encode("utf-8", "surrogateescape"))
+                self.center.reload()
+                entry, name = self.list(eServiceCenter.ROOT_TV_PROVIDERS).getContent("SN")[0]
+                self.assertEqual(name, provider or "Unknown")
+                self.assertEqual(self.list(entry).getContent("N"), ["One"])
+
+    def test_what_is_no_list(self):
+        for text in ("", "1:0:19:101:401:FE:640000:0:0:0:", "1:64:1:0:0:0:0:0:0:0::Marker", "2:7:0:0:0:0:0:0:0:0:/tmp/",
+                     "4097:0:1:0:0:0:0:0:0:0:http%3a//x:y", "1:7:1:0:0:0:0:0:0:0:", "1:7:1:0:0:0:0:0:0:0:nonsense",
+                     '1:7:1:0:0:0:0:0:0:0:FROM BOUQUET "userbouquet.gone.tv" ORDER BY bouquet'):
+            with self.subTest(text):
+                self.assertIsNone(self.list(text))
+
+    def test_a_linked_bouquet_without_a_file_is_empty(self):
+        self.write("bouquets.tv", "#SERVICE: 1:7:1:0:0:0:0:0:0:0:userbouquet.gone.tv\n")
+        self.center.reload()
+        self.complaint("userbouquet.gone.tv")
+        (ref, name), = self.list(eServiceCenter.ROOT_TV_FAVOURITES).getContent("RN")
+        self.assertEqual(name, "userbouquet.gone.tv")
+        self.assertEqual(self.center.list(ref).getNext().valid(), 0)
+
+    def test_hidden_bouquets_are_not_listed(self):
+        self.write("bouquets.tv", self.read("bouquets.tv").replace(b"1:7:1", b"1:519:1", 1))
+        self.center.reload()
+        self.assertEqual(len(self.list(eServiceCenter.ROOT_TV_FAVOURITES).getContent("R")), 3)
+
+    def test_an_empty_folder(self):
+        shutil.rmtree(self.etc)
+        self.assertEqual(self.list(eServiceCenter.ROOT_TV_FAVOURITES).getContent("R"), [])
+        self.assertEqual(self.list(eServiceCenter.ROOT_TV_ALL).getContent("R"), [])
+        self.assertEqual(self.center.counts(), (0, 0))
+        self.assertEqual(len(self.console), 3)
+
+    def test_counts_and_reload(self):
+        self.assertEqual(self.center.counts(), (54, 7))
+        self.write("lamedb", "eDVB services /5/\n")
+        self.assertEqual(self.center.counts(), (54, 7))
+        self.center.reload()
+        self.assertEqual(self.center.counts(), (0, 7))
+
+
+class Names(SampleTest):
+    def name(self, text):
+        return ServiceReference(text).getServiceName()
+
+    def test_from_lamedb(self):
+        self.assertEqual(self.name("1:0:1:301:403:FE:640000:0:0:0:"), "Kanal Größe")
+
+    def test_the_reference_s_own_name_wins(self):
+        self.assertEqual(self.name("1:0:1:301:403:FE:640000:0:0:0::My name"), "My name")
+        self.assertEqual(self.name("4097:0:1:0:0:0:0:0:0:0:http%3a//x:Stream"), "Stream")
+
+    def test_unknown_and_nameless_services_have_none(self):
+        for text in ("1:0:1:307:403:FE:640000:0:0:0:", "1:0:1:FFF:1:1:1:0:0:0:", "4097:0:1:0:0:0:0:0:0:0:http%3a//x", "",
+                     None, "1:64:1:0:0:0:0:0:0:0:", "1:0:1:301:403:FE:640000:0:0:0:/a/recording.ts"):
+            with self.subTest(text):
+                self.assertEqual(self.name(text), "")
+
+    def test_two_services_may_have_the_same_name(self):
+        self.assertEqual(self.list(eServiceCenter.ROOT_TV_ALL).getContent("N").count("Regional"), 2)
+
+    def test_bouquets(self):
+        self.assertEqual(self.name(eServiceCenter.ROOT_TV_FAVOURITES), "Bouquets (TV)")
+        self.assertEqual(self.name("1:7:1:0:0:0:0:0:0:0:userbouquet.kids.tv"), "Kids")
+
+    def test_service_reference(self):
+        ref = eServiceReference("1:0:1:301:403:FE:640000:0:0:0:")
+        self.assertIs(ServiceReference(ref).ref, ref)
+        self.assertEqual(str(ServiceReference(ref)), ref.toString())
+        self.assertEqual(ServiceReference(None).ref.valid(), 0)
+        self.assertEqual(str(ServiceReference("", 4097, 0, "http://x")), "4097:0:0:0:0:0:0:0:0:0:http%3a//x")
+
+    def test_the_service_centre_is_one(self):
+        self.assertIs(eServiceCenter.getInstance(), eServiceCenter.getInstance())
