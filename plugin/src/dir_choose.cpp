@@ -48,9 +48,8 @@ struct DirChoose : host::Screen {
         }
         const Object directory = fileList().selectedPath();
         const bool hasSlash = directory.call("endswith"_t, "/"_t).truth();
-        const Object fullpath = directory.plus(host().text(hasSlash ? "epg.dat"_t : "/epg.dat"_t));
-        setAttr("fullpath"_t, fullpath);
-        close(fullpath);
+        setAttr("fullpath"_t, directory.plus(host().text(hasSlash ? "epg.dat"_t : "/epg.dat"_t)));
+        close(attr("fullpath"_t));
     }
 
     void ok() const

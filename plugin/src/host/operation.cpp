@@ -79,7 +79,8 @@ int operationTraverse(PyObject* self, visitproc visit, void* context)
 int operationClear(PyObject* self)
 {
     // The collector has found the whole load to be garbage: the operation can be neither called nor bound any more.
-    Py_XDECREF(std::exchange(operationOf(self).bindings, nullptr));
+    PyObject* const bindings = std::exchange(operationOf(self).bindings, nullptr);
+    Py_XDECREF(bindings); // a macro on 2.7, which evaluates its argument more than once
     return 0;
 }
 
