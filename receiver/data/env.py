@@ -22,7 +22,7 @@ def configure(etc, hdd=None):
 
 
 def etc():
-    """The folder that plays /etc/enigma2, absolute. RuntimeError before `configure`: a PC's own /etc is never touched."""
+    """The folder that plays /etc/enigma2, absolute. RuntimeError before `configure`: a PC's own /etc stays untouched."""
     return _folder("etc")
 
 

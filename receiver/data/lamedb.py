@@ -42,7 +42,8 @@ class Service(NamedTuple):
 
     def reference(self):
         """A new eServiceReference without a name."""
-        return eServiceReference("1:0:%X:%X:%X:%X:%X:0:0:0:" % (self.type, self.sid, self.tsid, self.onid, self.namespace))
+        return eServiceReference(
+            "1:0:%X:%X:%X:%X:%X:0:0:0:" % (self.type, self.sid, self.tsid, self.onid, self.namespace))
 
 
 class Lamedb:
@@ -58,7 +59,7 @@ class Lamedb:
 
     @classmethod
     def read(cls, path):
-        """Read the file. When it is missing, unreadable or of another kind the result is empty, and the console says so."""
+        """Read the file. Missing, unreadable or of another kind: the result is empty, and the console says so."""
         result = cls()
         complaints = Complaints(path)
         try:

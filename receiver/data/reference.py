@@ -39,8 +39,8 @@ class eServiceReference:
         eServiceReference(type, flags, path)     all data fields 0
         eServiceReference(other)                 a copy
 
-    Text form: type:flags:f3:...:f10:path[:name]. Always true, also when invalid: ask `valid()`. Two references are equal
-    when they mean the same service, whatever their flags and names.
+    Text form: type:flags:f3:...:f10:path[:name]. Always true, also when invalid: ask `valid()`. Two references are
+    equal when they mean the same service, whatever their flags and names.
     """
 
     isDirectory, mustDescent, canDescent, flagDirectory = 1, 2, 4, 7

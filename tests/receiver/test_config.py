@@ -96,7 +96,7 @@ class YesNo(BoxTest):
         self.assertEqual(element.getMulti(True), ("text", "yes"))
         with mock.patch("builtins._", lambda text: "<%s>" % text, create=True):
             self.assertEqual(element.getText(), "<yes>")
-            self.assertEqual(host.ConfigNothing().getText(), "")
+            self.assertEqual(host.ConfigBoolean(descriptions=("", "on")).getText(), "")
         for text, value in (("1", True), ("enable", True), ("ON", True), ("true", True), ("Yes", True), ("false", False),
                             ("0", False), ("", False), ("maybe", False)):
             self.assertIs(element.fromstring(text), value)

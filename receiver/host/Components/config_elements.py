@@ -1,5 +1,5 @@
-"""The elements of the configuration tree: what all have in common, and those with a fixed set of values. Hosts offer them
-from `Components.config`."""
+"""The elements of the configuration tree: what all have in common, and those with a fixed set of values. Hosts offer
+them from `Components.config`."""
 import builtins
 
 from receiver.data import env
