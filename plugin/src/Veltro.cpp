@@ -25,13 +25,14 @@ enum class Take { names, everything, moduleItself };
 
 /// What start-up takes from one host module, under the same names.
 struct Requirement {
-    const char* module;
+    const char* module = nullptr;
     std::array<const char*, 7> names{};
     Take take = Take::names;
 };
 
-// In this order: a later row replaces a name that an earlier one brought in. The names marked "load only" are used by no
-// operation; a host that lacks one of them still is not the host that this module was written for.
+// In this order: a later row replaces a name that an earlier one brought in. The names marked "load only" are used by
+// no operation; a host that lacks one of them still is not the host that this module was written for.
+// clang-format off
 constexpr std::array kRequirements{
     Requirement{"enigma", {"eEPGCache", "eTimer"}},
     Requirement{"Screens.Screen", {"Screen"}},
@@ -40,22 +41,22 @@ constexpr std::array kRequirements{
     Requirement{"Components.Label", {"Label"}},
     Requirement{"Components.ActionMap", {"ActionMap"}},
     Requirement{"Components.GUIComponent", {"GUIComponent"}}, // load only
-    Requirement{"Components.config",
-                {"config", "getConfigListEntry", "ConfigSubsection", "ConfigText", "ConfigNothing", "NoSave",
-                 "ConfigSelection"}}, // ConfigSubsection and ConfigText: load only
+    Requirement{"Components.config", {"config", "getConfigListEntry", "ConfigSubsection", "ConfigText", "ConfigNothing",
+                                      "NoSave", "ConfigSelection"}}, // ConfigSubsection, ConfigText: load only
     Requirement{"Components.ConfigList", {"ConfigListScreen", "ConfigList", "getSelectionChoices"}},
     Requirement{"Components.FileList", {"FileList"}},
     Requirement{"Components.Sources.StaticText", {"StaticText"}},
-    Requirement{"Components.Pixmap", {"Pixmap"}},       // load only
-    Requirement{"Screens.MessageBox", {"MessageBox"}},  // load only
+    Requirement{"Components.Pixmap", {"Pixmap"}}, // load only
+    Requirement{"Screens.MessageBox", {"MessageBox"}}, // load only
     Requirement{"Screens.ChoiceBox", {"ChoiceBox"}},
-    Requirement{"Tools.LoadPixmap", {"LoadPixmap"}},    // load only
-    Requirement{"Tools", {"Notifications"}},            // load only
-    Requirement{"skin", {"loadSkin"}},                  // load only
-    Requirement{"os", {"system", "path", "unlink"}},    // system: load only
-    Requirement{"_enigma", {}, Take::moduleItself},     // load only
-    Requirement{"new", {}, Take::moduleItself},         // load only
+    Requirement{"Tools.LoadPixmap", {"LoadPixmap"}}, // load only
+    Requirement{"Tools", {"Notifications"}}, // load only
+    Requirement{"skin", {"loadSkin"}}, // load only
+    Requirement{"os", {"system", "path", "unlink"}}, // system: load only
+    Requirement{"_enigma", {}, Take::moduleItself}, // load only
+    Requirement{"new", {}, Take::moduleItself}, // load only
 };
+// clang-format on
 
 void resolve(const host::Module& module, const Requirement& requirement)
 {

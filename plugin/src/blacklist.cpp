@@ -27,12 +27,14 @@ bool find_in_list(Host, const Object& list, const Object& search, const Object& 
     return false;
 }
 
-/// Answers whether a name is listed exactly as `find_in_list(servicelist, name, 0)` does, without reading the list again
-/// for every name. That holds while the list, its rows and its names are plain ones, whose equality is known, and as long
-/// as nobody has replaced `find_in_list`; otherwise `find_in_list` itself is asked.
+/// Answers whether a name is listed exactly as `find_in_list(servicelist, name, 0)` does, without reading the list
+/// again for every name. That holds while the list, its rows and its names are plain ones, whose equality is known, and
+/// as long as nobody has replaced `find_in_list`; otherwise `find_in_list` itself is asked.
 class ListedNames {
 public:
-    explicit ListedNames(Object servicelist) : servicelist_(std::move(servicelist)), names_(servicelist_.host().set()) {}
+    explicit ListedNames(Object servicelist) : servicelist_(std::move(servicelist)), names_(servicelist_.host().set())
+    {
+    }
 
     [[nodiscard]] bool contains(const Object& name)
     {
@@ -96,8 +98,7 @@ struct Edit_DVB_EPG_Blacklist : host::Screen {
     {
         initBase("Screen"_t, session);
         setAttr("skin_path"_t, plugin_path);
-        setAttr("filename"_t,
-                host()["eEnv"_t].call("resolve"_t, "${sysconfdir}/enigma2/blacklist_dvb_epg"_t));
+        setAttr("filename"_t, host()["eEnv"_t].call("resolve"_t, "${sysconfdir}/enigma2/blacklist_dvb_epg"_t));
         setAttr("start_str"_t, "#SERVICE "_t);
         addKeyLabel("key_red"_t, "Cancel"_t);
         addKeyLabel("key_green"_t, "Save"_t);
@@ -158,7 +159,8 @@ struct Edit_DVB_EPG_Blacklist : host::Screen {
             const Object reference = service_ref.reference();
             if (!isWanted(reference))
                 continue;
-            servicelist.call("append"_t, host().tuple(service_name, newConfigNothing(host()), host().integer(0), reference));
+            servicelist.call("append"_t,
+                             host().tuple(service_name, newConfigNothing(host()), host().integer(0), reference));
             listed.add(service_name);
         }
         redraw();
@@ -180,7 +182,8 @@ struct Edit_DVB_EPG_Blacklist : host::Screen {
         } catch (const host::Error& error) {
             if (!error.matches(host().ioError()))
                 throw;
-            // A failed save leaves no file behind, not even the previous one: half a blacklist would look like a whole one.
+            // A failed save leaves no file behind, not even the previous one: half a blacklist would look like a whole
+            // one.
             host::printLine(host(), "[Veltro] writing DVB EPG blacklist failed\n"_t);
             host::unlinkFile(filename);
         }
@@ -208,7 +211,7 @@ private:
     static constexpr host::Text kWhiteSpace = " \t\r\n"_t;
 
     /// Live services (1) and streams (4097); bouquets, recordings and the rest have no EPG of their own.
-    [[nodiscard]] bool isWanted(const Object& reference) const
+    [[nodiscard]] static bool isWanted(const Object& reference)
     {
         const Object split_ref = reference.call("split"_t, ":"_t);
         return split_ref.item(0).equals("1"_t) || split_ref.item(0).equals("4097"_t);
@@ -236,11 +239,11 @@ constexpr std::array kEditorOperations{
         "A service whose name is listed already, or whose type is neither 1 nor 4097, is left out.",
         {{"args"}}, host::Takes::anyPositions),
     host::method<&Edit_DVB_EPG_Blacklist::saveFile>(
-        "saveFile",
-        "Writes the list, one \"#SERVICE \" line per service.\n\n"
-        "An input/output error is reported on the console, and the file is then deleted."),
+        "saveFile", "Writes the list, one \"#SERVICE \" line per service.\n\n"
+                    "An input/output error is reported on the console, and the file is then deleted."),
     host::method<&Edit_DVB_EPG_Blacklist::loadFile>(
-        "loadFile", "Adds the services of the file to the list; a missing file is an empty one. A read error is raised."),
+        "loadFile",
+        "Adds the services of the file to the list; a missing file is an empty one. A read error is raised."),
 };
 
 constexpr std::array kEditorBases{"Screen"_t};
@@ -250,9 +253,9 @@ constexpr std::array kEditorBases{"Screen"_t};
 // Crossed on purpose: the host's keymap raises showAllServices on red, showSatellites on green and showProviders on
 // yellow, so that each key does what its label says. Blue (showFavourites) is the base class's own.
 constexpr std::array kPickerKeys{
-    Binding{"showProviders"_t, "doNothing"_t},         Binding{"showSatellites"_t, "showAllServices"_t},
-    Binding{"showAllServices"_t, "cancel"_t},          Binding{"cancel"_t, "cancel"_t},
-    Binding{"ok"_t, "channelSelected"_t},              Binding{"keyRadio"_t, "setModeRadio"_t},
+    Binding{"showProviders"_t, "doNothing"_t}, Binding{"showSatellites"_t, "showAllServices"_t},
+    Binding{"showAllServices"_t, "cancel"_t},  Binding{"cancel"_t, "cancel"_t},
+    Binding{"ok"_t, "channelSelected"_t},      Binding{"keyRadio"_t, "setModeRadio"_t},
     Binding{"keyTV"_t, "setModeTv"_t},
 };
 
@@ -341,7 +344,8 @@ constexpr std::array kPickerOperations{
     host::method<&DVB_EPG_blacklist_ChannelSelection::channelSelected>(
         "channelSelected", "OK: enters the selected bouquet, or closes with a list of the one selected service."),
     host::method<&DVB_EPG_blacklist_ChannelSelection::setModeTv>("setModeTv", "TV: shows the TV favourites."),
-    host::method<&DVB_EPG_blacklist_ChannelSelection::setModeRadio>("setModeRadio", "RADIO: shows the radio favourites."),
+    host::method<&DVB_EPG_blacklist_ChannelSelection::setModeRadio>("setModeRadio",
+                                                                    "RADIO: shows the radio favourites."),
     host::method<&DVB_EPG_blacklist_ChannelSelection::cancel>("cancel", "Closes with None."),
 };
 
@@ -365,10 +369,10 @@ constinit const host::ClassTable kDvbEpgBlacklistChannelSelection{
     .operations = kPickerOperations,
 };
 
-constinit const host::OperationTable kFindInList = host::function<&find_in_list>(
-    "find_in_list",
-    "True if the element at `listpos` of some row of `list` equals `search`.\n\n"
-    "A row that can't be indexed at listpos is an error, unless an earlier row matches.",
-    {{"list"}, {"search"}, {"listpos", host::Default::zero}});
+constinit const host::OperationTable kFindInList =
+    host::function<&find_in_list>("find_in_list",
+                                  "True if the element at `listpos` of some row of `list` equals `search`.\n\n"
+                                  "A row that can't be indexed at listpos is an error, unless an earlier row matches.",
+                                  {{"list"}, {"search"}, {"listpos", host::Default::zero}});
 
 } // namespace veltro

@@ -13,8 +13,8 @@ using host::Object;
 namespace {
 
 constexpr std::array kKeys{
-    host::Binding{"back"_t, "cancel"_t}, host::Binding{"left"_t, "left"_t},   host::Binding{"right"_t, "right"_t},
-    host::Binding{"up"_t, "up"_t},       host::Binding{"down"_t, "down"_t},   host::Binding{"ok"_t, "ok"_t},
+    host::Binding{"back"_t, "cancel"_t}, host::Binding{"left"_t, "left"_t},  host::Binding{"right"_t, "right"_t},
+    host::Binding{"up"_t, "up"_t},       host::Binding{"down"_t, "down"_t},  host::Binding{"ok"_t, "ok"_t},
     host::Binding{"green"_t, "green"_t}, host::Binding{"red"_t, "cancel"_t},
 };
 
@@ -28,10 +28,10 @@ struct DirChoose : host::Screen {
         setAttr("skinName"_t, host().list("KelmarFile"_t, "FileBrowser"_t, "EPGPathBrowser"_t));
         setItem("filelist"_t, newFileList(initDir));
         addEmptyLabel("driverfile"_t); // filled by the first move of the cursor
-        setItem("actions"_t,
-                host().call("ActionMap"_t,
-                            host().list("WizardActions"_t, "DirectionActions"_t, "ColorActions"_t, "EPGSelectActions"_t),
-                            keyMap(*this, kKeys), host().integer(-1)));
+        setItem("actions"_t, host().call("ActionMap"_t,
+                                         host().list("WizardActions"_t, "DirectionActions"_t, "ColorActions"_t,
+                                                     "EPGSelectActions"_t),
+                                         keyMap(*this, kKeys), host().integer(-1)));
         setAttr("title"_t, host().translate("ORSA Veltro"_t));
         addGuardedTitle(*this);
         addKeyLabel("key_red"_t, "Cancel"_t);
@@ -98,15 +98,16 @@ private:
 };
 
 constexpr std::array kOperations{
-    host::method<&DirChoose::init>("__init__",
-                                   "Builds the chooser.\n\n"
-                                   "session: the session that opens it; initDir: the directory to list first, with its\n"
-                                   "final slash.",
-                                   {{"session"}, {"initDir"}}),
+    host::method<&DirChoose::init>(
+        "__init__",
+        "Builds the chooser.\n\n"
+        "session: the session that opens it; initDir: the directory to list first, with its\n"
+        "final slash.",
+        {{"session"}, {"initDir"}}),
     host::method<&DirChoose::cancel>("cancel", "Closes without a choice."),
-    host::method<&DirChoose::green>("green",
-                                    "Closes with the path of epg.dat in the directory under the cursor; on a file shows\n"
-                                    "\"Invalid Choice\" and stays open."),
+    host::method<&DirChoose::green>(
+        "green", "Closes with the path of epg.dat in the directory under the cursor; on a file shows\n"
+                 "\"Invalid Choice\" and stays open."),
     host::method<&DirChoose::up>("up", "Moves the cursor up by one entry."),
     host::method<&DirChoose::down>("down", "Moves the cursor down by one entry."),
     host::method<&DirChoose::left>("left", "Moves the cursor up by a page."),

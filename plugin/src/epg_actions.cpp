@@ -47,7 +47,8 @@ struct EPGTimer : Object {
 
     void init_timer() const
     {
-        // A period of 0 is not tested here: the timer fires once, at the next turn of the main loop, and then stays idle.
+        // A period of 0 is not tested here: the timer fires once, at the next turn of the main loop, and then stays
+        // idle.
         const Object firstDelay = isClient() ? host().integer(kFirstLoadMilliseconds) : period();
         const Timer timer = Timer::create(host());
         setAttr("epg_timer"_t, timer); // drops the timer of an earlier call, which then never fires

@@ -8,7 +8,8 @@
 
 namespace veltro {
 
-/// A row that shows a host setting. Its tag is "to_save": the save key saves exactly these rows, the exit key reverts them.
+/// A row that shows a host setting. Its tag is "to_save": the save key saves exactly these rows, the exit key reverts
+/// them.
 struct SettingRow {
     host::Text label;
     host::ConfigKey key;

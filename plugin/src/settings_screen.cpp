@@ -9,7 +9,6 @@ namespace veltro {
 
 using namespace host::literals;
 using host::config;
-using host::ConfigElement;
 using host::ConfigList;
 using host::EPGCache;
 using host::Object;
@@ -95,9 +94,10 @@ struct Veltro : host::Screen {
                             keyMap(*this, kKeys), host().integer(-2)));
         const Object list = host().list();
         setAttr("list"_t, list);
-        host()["ConfigListScreen"_t].attr("__init__"_t).apply(
-            host().tuple(*this, list),
-            host().dict({{"session"_t, session}, {"on_change"_t, own("changedEntry"_t)}}));
+        host()["ConfigListScreen"_t]
+            .attr("__init__"_t)
+            .apply(host().tuple(*this, list),
+                   host().dict({{"session"_t, session}, {"on_change"_t, own("changedEntry"_t)}}));
         call("createSetup"_t);
     }
 
@@ -228,9 +228,10 @@ private:
         const auto [choices, idx] = unpackTwo(host().call("getSelectionChoices"_t, currentEntry().element()));
         const Object keys = host().list("1"_t, "2"_t, "3"_t, "4"_t, "5"_t, "6"_t, "7"_t, "8"_t, "9"_t);
         const Object title = currentEntry().label().toText();
-        attr("session"_t).attr("openWithCallback"_t).apply(
-            host().tuple(own("configSelectionCallBack"_t), host()["ChoiceBox"_t]),
-            host().dict({{"title"_t, title}, {"list"_t, choices}, {"selection"_t, idx}, {"keys"_t, keys}}));
+        attr("session"_t)
+            .attr("openWithCallback"_t)
+            .apply(host().tuple(own("configSelectionCallBack"_t), host()["ChoiceBox"_t]),
+                   host().dict({{"title"_t, title}, {"list"_t, choices}, {"selection"_t, idx}, {"keys"_t, keys}}));
     }
 
     void move(host::Named direction) const
@@ -288,9 +289,10 @@ constexpr std::array kBases{"Screen"_t, "ConfigListScreen"_t};
 
 constinit const host::ClassTable kVeltro{
     .name = "Veltro",
-    .doc = "The EPG settings screen: Veltro(session, plugin_path).\n\n"
-           "Shows and changes the EPG settings of the host's configuration, saves, loads and clears the EPG cache, and\n"
-           "opens the directory chooser and the blacklist editor. The layout is the skin's screen of this name.",
+    .doc =
+        "The EPG settings screen: Veltro(session, plugin_path).\n\n"
+        "Shows and changes the EPG settings of the host's configuration, saves, loads and clears the EPG cache, and\n"
+        "opens the directory chooser and the blacklist editor. The layout is the skin's screen of this name.",
     .bases = kBases,
     .operations = kOperations,
 };

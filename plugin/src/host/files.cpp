@@ -8,7 +8,8 @@ void withFile(const Object& filename, FileMode mode, const std::function<void(co
 {
     const Host host = filename.host();
     const Text word = mode == FileMode::read ? "r"_t : "w"_t;
-    const Object file = host.open().apply(host.tuple(filename, word), Object::adopt(host, generation::openKeywords()), at);
+    const Object file =
+        host.open().apply(host.tuple(filename, word), Object::adopt(host, generation::openKeywords()), at);
     try {
         use(file);
     } catch (const Error&) {

@@ -9,7 +9,8 @@ namespace veltro::host {
 
 enum class FileMode { read, write };
 
-/// Opens the file, hands it to `use`, and closes it, also when `use` fails: the first error then is the one that counts.
+/// Opens the file, hands it to `use`, and closes it, also when `use` fails: the first error then is the one that
+/// counts.
 void withFile(const Object& filename, FileMode mode, const std::function<void(const Object& file)>& use,
               At at = At::here());
 

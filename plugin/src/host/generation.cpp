@@ -127,7 +127,7 @@ PyObject* refuseNew(PyTypeObject*, PyObject*, PyObject*)
 
 void freeOperation(PyObject* self)
 {
-    PyObject* const type = reinterpret_cast<PyObject*>(Py_TYPE(self));
+    auto* const type = reinterpret_cast<PyObject*>(Py_TYPE(self));
     PyObject_GC_UnTrack(self);
     operationClear(self);
     PyObject_GC_Del(self);
@@ -223,10 +223,7 @@ bool isPlainText(PyObject* object)
     return PyString_CheckExact(object);
 }
 
-Chars::Chars(PyObject* text) noexcept
-    : bytes_(nullptr), chars_(PyString_Check(text) ? PyString_AsString(text) : "?")
-{
-}
+Chars::Chars(PyObject* text) noexcept : chars_(PyString_Check(text) ? PyString_AsString(text) : "?") {}
 
 PyObject* newInteger(long value)
 {
@@ -251,7 +248,7 @@ PyObject* importModule(const char* name, PyObject* globals, PyObject* names)
 
 PyObject* methodType()
 {
-    PyObject* const type = reinterpret_cast<PyObject*>(&PyMethod_Type);
+    auto* const type = reinterpret_cast<PyObject*>(&PyMethod_Type);
     Py_INCREF(type);
     return type;
 }
@@ -266,7 +263,7 @@ namespace {
 /// The first base decides; without a base it is a classic class, as the language has it.
 PyObject* metaclassOf(PyObject* bases)
 {
-    PyObject* metaclass = reinterpret_cast<PyObject*>(&PyClass_Type);
+    auto* metaclass = reinterpret_cast<PyObject*>(&PyClass_Type);
     if (PyTuple_Size(bases) > 0) {
         PyObject* const base = PyTuple_GetItem(bases, 0);
         if (PyObject* const own = PyObject_GetAttrString(base, "__class__"))
@@ -306,7 +303,7 @@ PyObject* operationType(PyObject* moduleName)
         Py_REFCNT(&type) = 1;
         type.tp_name = kOperationTypeName;
         type.tp_basicsize = sizeof(OperationObject);
-        type.tp_flags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC;
+        type.tp_flags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC; // NOLINT(misc-redundant-expression)
         type.tp_dealloc = &freeOperation;
         type.tp_traverse = &operationTraverse;
         type.tp_clear = &operationClear;
@@ -335,8 +332,8 @@ PyObject* makeFrame(const char* name, At at)
     const Held globals(Py_BuildValue("{s:s,s:O}", "__name__", kModuleName, "__builtins__", PyEval_GetBuiltins()));
     if (!code || !globals)
         return nullptr;
-    PyFrameObject* const frame = PyFrame_New(PyThreadState_GET(), reinterpret_cast<PyCodeObject*>(code.get()),
-                                             globals.get(), nullptr);
+    PyFrameObject* const frame =
+        PyFrame_New(PyThreadState_GET(), reinterpret_cast<PyCodeObject*>(code.get()), globals.get(), nullptr);
     if (frame != nullptr)
         frame->f_lineno = at.line;
     return reinterpret_cast<PyObject*>(frame);
@@ -358,8 +355,15 @@ PyObject* openKeywords()
 namespace {
 
 // m_size 0: no state in the definition, so that every import after a failed or forgotten one is a start-up of its own.
-PyModuleDef moduleDefinition{PyModuleDef_HEAD_INIT, veltro::host::generation::kModuleName, nullptr, 0, nullptr,
-                             nullptr, nullptr, nullptr, nullptr};
+PyModuleDef moduleDefinition{PyModuleDef_HEAD_INIT,
+                             veltro::host::generation::kModuleName,
+                             nullptr,
+                             0,
+                             nullptr,
+                             nullptr,
+                             nullptr,
+                             nullptr,
+                             nullptr};
 
 } // namespace
 

@@ -1,5 +1,5 @@
-// Everything in which Python 2.7 and Python 3 differ, behind one set of words: only generation.cpp looks at the version.
-// Pointers follow CPython's habit: results are new references, null means that a Python exception is set.
+// Everything in which Python 2.7 and Python 3 differ, behind one set of words: only generation.cpp looks at the
+// version. Pointers follow CPython's habit: results are new references, null means that a Python exception is set.
 #pragma once
 
 #include "host/cpython.h"
@@ -28,7 +28,7 @@ public:
     [[nodiscard]] const char* get() const noexcept { return chars_; }
 
 private:
-    PyObject* bytes_;
+    PyObject* bytes_ = nullptr;
     const char* chars_;
 };
 

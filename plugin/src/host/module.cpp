@@ -57,7 +57,7 @@ Object mangledName(Host host, const char* className, std::string_view name)
 }
 
 struct ClassBody {
-    Host host;
+    Host host = kNoHostYet;
     const ClassTable& table;
 };
 
@@ -70,8 +70,7 @@ void fill(const ClassBody& body, PyPointer classNamespace)
     put(host.text("__module__"_t), host["__name__"_t]);
     put(host.text("__doc__"_t), Object::adopt(host, generation::internText(body.table.doc)));
     for (const OperationTable& operation : body.table.operations)
-        put(mangledName(host, body.table.name, operation.name),
-            makeOperation(host, operation, body.table.name));
+        put(mangledName(host, body.table.name, operation.name), makeOperation(host, operation, body.table.name));
 }
 
 bool fillNamespace(const void* context, PyObject* classNamespace) noexcept
@@ -141,8 +140,8 @@ void Module::importEverything(const char* name, At at) const
     const Object from = import(name, host().list("*"_t), at);
     const bool hasList = PyObject_HasAttrString(from.get(), "__all__") != 0;
     // A copy: taking a name may run code of the host.
-    const Object names = Object::adopt(
-        host(), PySequence_List(from.attr({hasList ? "__all__"_t : "__dict__"_t, at}).get()), at);
+    const Object names =
+        Object::adopt(host(), PySequence_List(from.attr({hasList ? "__all__"_t : "__dict__"_t, at}).get()), at);
     for (const Object& text : each(names, at))
         if (hasList || generation::Chars(text.get()).get()[0] != '_')
             take(from, text, at);

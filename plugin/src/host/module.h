@@ -24,7 +24,8 @@ public:
 
     void setDoc(const char* doc) const;
 
-    /// from `name` import each of `names` (null ends them): ImportError "cannot import name ..." for one that the host lacks.
+    /// from `name` import each of `names` (null ends them): ImportError "cannot import name ..." for one that the host
+    /// lacks.
     void importNames(const char* name, std::span<const char* const> names, At at = At::here()) const;
 
     /// from `name` import *: `__all__` if there is one, else every name without a leading underscore.

@@ -47,9 +47,7 @@ Object::Object(const Object& other) noexcept : host_(other.host_), pointer_(othe
     Py_XINCREF(pointer_);
 }
 
-Object::Object(Object&& other) noexcept : host_(other.host_), pointer_(other.release())
-{
-}
+Object::Object(Object&& other) noexcept : host_(other.host_), pointer_(other.release()) {}
 
 Object& Object::operator=(Object other) noexcept
 {
@@ -65,17 +63,11 @@ Object::~Object()
 
 // --- Argument --------------------------------------------------------------------------------------------------------
 
-Argument::Argument(Host, const Object& object) noexcept : pointer_(object.get())
-{
-}
+Argument::Argument(Host, const Object& object) noexcept : pointer_(object.get()) {}
 
-Argument::Argument(Host host, Text text) noexcept : pointer_(host.constant(text))
-{
-}
+Argument::Argument(Host host, Text text) noexcept : pointer_(host.constant(text)) {}
 
-Argument::Argument(Host, NoValue) noexcept : pointer_(Py_None)
-{
-}
+Argument::Argument(Host, NoValue) noexcept : pointer_(Py_None) {}
 
 PyPointer Argument::boolean(bool value) noexcept
 {
@@ -376,15 +368,17 @@ Object Host::ioError() const
 
 // --- Error -----------------------------------------------------------------------------------------------------------
 
-Error::Error(At at) noexcept : at_(at), type_(nullptr), value_(nullptr), traceback_(nullptr)
+Error::Error(At at) noexcept : at_(at)
 {
     PyErr_Fetch(&type_, &value_, &traceback_);
 }
 
-Error::Error(Error&& other) noexcept
-    : at_(other.at_), type_(std::exchange(other.type_, nullptr)), value_(std::exchange(other.value_, nullptr)),
-      traceback_(std::exchange(other.traceback_, nullptr))
+Error::Error(const Error& other) noexcept
+    : at_(other.at_), type_(other.type_), value_(other.value_), traceback_(other.traceback_)
 {
+    Py_XINCREF(type_);
+    Py_XINCREF(value_);
+    Py_XINCREF(traceback_);
 }
 
 Error::~Error()

@@ -226,8 +226,8 @@ class Error {
 public:
     /// Takes over the interpreter's pending exception.
     explicit Error(At at) noexcept;
-    Error(Error&& other) noexcept;
-    Error& operator=(Error&&) = delete;
+    Error(const Error& other) noexcept;
+    Error& operator=(const Error&) = delete;
     ~Error();
 
     [[nodiscard]] bool isOrdinary() const noexcept; // an Exception: not KeyboardInterrupt, not SystemExit
@@ -241,9 +241,9 @@ public:
 
 private:
     At at_;
-    PyPointer type_;
-    PyPointer value_;
-    PyPointer traceback_;
+    PyPointer type_ = nullptr;
+    PyPointer value_ = nullptr;
+    PyPointer traceback_ = nullptr;
 };
 
 /// for (const Object& row : each(rows)) - Python's own iteration.

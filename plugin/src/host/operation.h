@@ -1,7 +1,7 @@
 // Operations as a table: name, parameters, doc text, and the C++ function behind it.
 //
-// In Python an operation is a small callable object of our own. It stands in a class like a function does, and binding it
-// to an instance gives a real method object of the interpreter: hosts look at the type of what stands in a screen's
+// In Python an operation is a small callable object of our own. It stands in a class like a function does, and binding
+// it to an instance gives a real method object of the interpreter: hosts look at the type of what stands in a screen's
 // callback lists and hand anything that is not a plain method to `exec`.
 #pragma once
 

@@ -7,8 +7,7 @@
 namespace veltro::host {
 
 struct OperationObject {
-    PyObject_HEAD
-    const OperationTable* table;
+    PyObject_HEAD const OperationTable* table;
     const char* className; // null for a function of the module
     PyObject* bindings;    // what Host reads; part of the module's reference cycles, so the collector visits it
 };

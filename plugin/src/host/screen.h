@@ -39,7 +39,8 @@ struct Screen : Object {
             .call({"openWithCallback"_t, callback.at}, own(callback), host()[{screen, callback.at}], arguments...);
     }
 
-    /// Closes the screen with a result, or without one. The host clears the instance: nothing is read from it afterwards.
+    /// Closes the screen with a result, or without one. The host clears the instance: nothing is read from it
+    /// afterwards.
     template <class... Values>
     void close(const Values&... result) const
     {
@@ -56,7 +57,7 @@ struct Binding {
 /// {action: bound operation, ...} for an ActionMap.
 [[nodiscard]] inline Object keyMap(const Screen& screen, std::span<const Binding> bindings, At at = At::here())
 {
-    const Object actions = screen.host().dict({});
+    Object actions = screen.host().dict({});
     for (const Binding& binding : bindings)
         actions.setItem({binding.action, at}, screen.own({binding.operation, at}));
     return actions;

@@ -42,10 +42,7 @@ struct NamedService : Object {
     }
 
     [[nodiscard]] Object name(At at = At::here()) const { return call({"getServiceName"_t, at}); }
-    [[nodiscard]] Object reference(At at = At::here()) const
-    {
-        return attr({"ref"_t, at}).call({"toString"_t, at});
-    }
+    [[nodiscard]] Object reference(At at = At::here()) const { return attr({"ref"_t, at}).call({"toString"_t, at}); }
 };
 
 /// The direct content of a bouquet: an object with `getNext()`, or no value.

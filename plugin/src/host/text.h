@@ -10,7 +10,7 @@ namespace veltro::host {
 /// A string literal as a template argument.
 template <std::size_t N>
 struct Literal {
-    char chars[N];
+    char chars[N]{};
 
     consteval Literal(const char (&text)[N]) { std::copy_n(text, N, chars); }
 };

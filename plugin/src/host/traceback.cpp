@@ -9,25 +9,11 @@ namespace veltro::host {
 
 void addFrame(const char* name, At at) noexcept
 {
-    PyObject* type = nullptr;
-    PyObject* value = nullptr;
-    PyObject* traceback = nullptr;
-    PyErr_Fetch(&type, &value, &traceback);
+    Error pending(at);
     PyObject* const frame = generation::makeFrame(name, at);
-    PyErr_Clear(); // of makeFrame, if it failed
-
-    Py_XINCREF(type);
-    Py_XINCREF(value);
-    Py_XINCREF(traceback);
-    PyErr_Restore(type, value, traceback);
-    if (frame != nullptr && PyTraceBack_Here(reinterpret_cast<struct _frame*>(frame)) != 0) {
-        PyErr_Clear();
-        PyErr_Restore(type, value, traceback);
-    } else {
-        Py_XDECREF(type);
-        Py_XDECREF(value);
-        Py_XDECREF(traceback);
-    }
+    Error(pending).restore(); // over whatever makeFrame may have left
+    if (frame != nullptr && PyTraceBack_Here(reinterpret_cast<struct _frame*>(frame)) != 0)
+        pending.restore();
     Py_XDECREF(frame);
 }
 
