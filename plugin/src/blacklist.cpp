@@ -48,6 +48,9 @@ public:
     /// Notes a row that has just been appended.
     void add(const Object& name)
     {
+        isPlain_ = isPlain_ && name.isPlainText();
+        if (!isPlain_)
+            return;
         names_.add(name);
         ++known_;
     }
@@ -70,7 +73,7 @@ private:
         if (!isPlain_)
             return;
         for (const Object& row : each(servicelist_)) {
-            isPlain_ = row.isPlainRow() && row.size() > 0 && row.item(0).isPlainText();
+            isPlain_ = row.isPlainRow() && row.size() > 0;
             if (!isPlain_)
                 return;
             add(row.item(0));
