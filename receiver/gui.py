@@ -22,7 +22,7 @@ from receiver.session import Session
 
 HERE = Path(__file__).resolve().parent
 HOST_MODULES = HERE / "host"
-PLUGIN_FOLDERS = (HERE.parent / "plugin" / "entry", HERE.parent / "build" / "py3")
+PLUGIN_FOLDERS = (HERE.parent / "plugin" / "entry", HERE.parent / os.environ.get("VELTRO_BUILD", "build/py3"))
 
 # gettext answers the empty text with its catalogue's header. Boxes do; whoever translates "" sees it at once.
 CATALOGUE_HEADER = "Content-Type: text/plain; charset=UTF-8\n"
@@ -71,8 +71,10 @@ class Gui:
                 menu[0](session=self.session)
 
     def save_settings(self):
-        """Write the settings file."""
-        importlib.import_module("Components.config").configfile.save()
+        """Write the settings file, if that changes anything: looking around leaves a folder as it is."""
+        configfile = importlib.import_module("Components.config").configfile
+        if configfile.isChanged():
+            configfile.save()
 
     def stop(self):
         """End the process: no timer fires any more, no key reaches a screen."""

@@ -76,7 +76,7 @@ class Skin:
             try:
                 if child.tag in ("widget", "eLabel"):
                     layout.elements.append(self._element(child, layout))
-            except (SkinError, ValueError) as error:
+            except (SkinError, ValueError, KeyError) as error:
                 problem("[Skin] %s: %s" % (layout.name, error))
         return layout
 

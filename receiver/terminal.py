@@ -59,10 +59,12 @@ class Terminal:
     def _own_screen(self):
         self.output.enter_alternate_screen()
         self.output.hide_cursor()
+        self.output.disable_autowrap()
         try:
             yield
         finally:
             self.output.reset_attributes()
+            self.output.enable_autowrap()
             self.output.show_cursor()
             self.output.quit_alternate_screen()
             self.output.flush()
@@ -103,7 +105,6 @@ class Terminal:
             self._done.set_exception(error)
 
     def _show(self, canvas, size):
-        self.output.disable_autowrap()
         for number, line in enumerate(canvas.cells[:size.rows], 1):
             self.output.cursor_goto(number, 1)
             look = None

@@ -25,7 +25,8 @@ class Cell:
 
 def printable(text):
     """The text without anything that a terminal would take as a command."""
-    return "".join(char if wcwidth(char) >= 0 else "\ufffd" for char in text.replace("\n", " ").replace("\t", " "))
+    text = text.replace("\n", " ").replace("\t", " ").encode("utf-8", "replace").decode()
+    return "".join(char if wcwidth(char) >= 0 else "\ufffd" for char in text)
 
 
 def width(text):

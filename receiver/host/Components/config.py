@@ -105,6 +105,11 @@ class ConfigFile:
         self._file.load(self.path())
         self._tree.restore(self._file.texts())
 
+    def isChanged(self):
+        """Whether `save` would change what the file says about any element."""
+        texts = self._file.texts()
+        return any(texts.get(path) != element.saved_value for path, element in self._tree.elements())
+
     def save(self):
         """Write what `save()` of the elements left, and every line that no element claims. True on success."""
         saved = self._file.save(self.path(), {path: element.saved_value for path, element in self._tree.elements()})

@@ -1,0 +1,125 @@
+"""The command line."""
+
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+from unittest import mock
+
+from receiver import cli
+from tests.receiver.tv import TvTest, run_cli
+
+ROOT = cli.HERE.parent
+
+
+class CommandLineTest(TvTest):
+    def run_keys(self, keys, *arguments):
+        code, out, err = run_cli("--etc", str(self.etc), "--keys", keys, *arguments)
+        self.assertEqual(code, 0, err)
+        return out
+
+    def test_last_picture(self):
+        out = self.run_keys("")
+        self.assertIn("ORSA Veltro", out)
+        self.assertIn("▶ Multi-EPG bouquet selection", out)
+        self.assertEqual(len(out.split("\n")), 37 + 1)
+
+    def test_all_pictures(self):
+        out = self.run_keys("down down*2", "--print", "all", "--size", "80x30")
+        self.assertEqual(len([line for line in out.split("\n") if line.startswith("> ")]), 2)
+        self.assertEqual(out.count("ORSA Veltro"), 3)
+        self.assertLess(out.index("▶ Multi-EPG"), out.index("▶ Show icon"))
+
+    def test_time(self):
+        self.assertIn("EPG file none", self.run_keys("wait:59m"))
+        self.assertNotIn("EPG file none", self.run_keys("wait:61m"))
+
+    def test_console_goes_to_standard_error(self):
+        code, out, err = run_cli("--etc", str(self.etc), "--keys", "")
+        self.assertIn("not loaded", err)
+        self.assertNotIn("not loaded", out)
+
+    def test_looking_around_changes_no_file(self):
+        before = {path: path.read_bytes() for path in self.etc.iterdir()}
+        self.run_keys("down*15 ok exit down ok exit exit")
+        after = {path: path.read_bytes() for path in self.etc.iterdir() if path.name != "settings"}
+        self.assertEqual(after, before)
+
+    def test_help(self):
+        code, out, err = run_cli("--help")
+        self.assertEqual(code, 0)
+        for word in ("--etc", "--keys", "channelup", "wait:15s", "F1 F2 F3 F4"):
+            self.assertIn(word, out)
+        self.assertLessEqual(max(map(len, out.split("\n"))), 100)
+
+    def test_sample_is_copied_once(self):
+        with tempfile.TemporaryDirectory() as folder:
+            with mock.patch.object(cli, "SAMPLE_COPY", Path(folder) / "build" / "etc"):
+                path = Path(cli.etc_folder(None))
+                (path / "settings").write_text("kept")
+                self.assertEqual(cli.etc_folder(None), str(path))
+                self.assertEqual((path / "settings").read_text(), "kept")
+                self.assertTrue((path / "lamedb").exists())
+
+
+class RefusalTest(unittest.TestCase):
+    def refused(self, *arguments):
+        code, out, err = run_cli(*arguments)
+        self.assertEqual((code, out), (2, ""))
+        self.assertEqual(err.count("\n"), 1, err)
+        self.assertTrue(err.startswith("script/run: "))
+        return err
+
+    def test_missing_folder(self):
+        self.assertIn("no such folder: /no/such", self.refused("--etc", "/no/such", "--keys", ""))
+
+    def test_a_file_for_a_folder(self):
+        self.assertIn(__file__, self.refused("--etc", __file__, "--keys", ""))
+
+    @unittest.skipIf(os.geteuid() == 0, "root reads everything")
+    def test_unreadable_folder(self):
+        with tempfile.TemporaryDirectory() as folder:
+            os.chmod(folder, 0)
+            self.addCleanup(os.chmod, folder, 0o700)
+            self.assertIn("not readable", self.refused("--etc", folder, "--keys", ""))
+
+    def test_unreadable_folder_as_the_system_tells(self):
+        with tempfile.TemporaryDirectory() as folder, mock.patch("os.access", return_value=False):
+            self.assertIn("not readable", self.refused("--etc", folder, "--keys", ""))
+
+    def test_keys(self):
+        for word in ("coffee", "down*x", "wait:soon", "hold:", "*3", "wait:5"):
+            self.assertIn("unknown key: %s" % word, self.refused("--keys", "down " + word))
+
+    def test_options(self):
+        self.assertIn("--nothing", self.refused("--nothing"))
+        self.assertIn("--print", self.refused("--keys", "", "--print", "some"))
+        self.assertIn("COLUMNSxLINES", self.refused("--keys", "", "--size", "9x9"))
+        self.assertIn("extra", self.refused("extra"))
+
+    def test_no_terminal(self):
+        result = subprocess.run([sys.executable, "-m", "receiver"], cwd=ROOT, stdin=subprocess.DEVNULL,
+                                capture_output=True, text=True)
+        self.assertEqual(result.returncode, 2)
+        self.assertEqual(result.stderr, "script/run: the TV needs a terminal; --keys works without one\n")
+
+
+class ProcessTest(TvTest):
+    def test_a_reader_that_leaves_early_gets_no_trace(self):
+        process = subprocess.Popen(
+            [sys.executable, "-m", "receiver", "--etc", str(self.etc), "--keys", "down*1 " * 200, "--print", "all"],
+            cwd=ROOT, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        self.addCleanup(process.stderr.close)
+        process.stdout.read(10)
+        process.stdout.close()
+        self.assertEqual(process.wait(timeout=30), 0)
+        self.assertNotIn("Traceback", process.stderr.read())
+        self.assertNotIn("Exception", process.stderr.read())
+
+    def test_a_pipe_that_is_closed_before_the_last_flush(self):
+        command = "%s -m receiver --etc '%s' --keys '' | true" % (sys.executable, self.etc)
+        result = subprocess.run(["bash", "-c", command], cwd=ROOT, capture_output=True, text=True)
+        self.assertNotIn("Traceback", result.stderr)
+        self.assertNotIn("BrokenPipe", result.stderr)

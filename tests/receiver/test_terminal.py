@@ -1,0 +1,149 @@
+"""The terminal TV, in a terminal of the test's own."""
+
+import fcntl
+import os
+import pty
+import re
+import select
+import signal
+import struct
+import subprocess
+import sys
+import termios
+import time
+
+from receiver.gui import HERE
+from tests.receiver.tv import TvTest
+
+ENTER, LEAVE, SHOW_CURSOR = b"\x1b[?1049h", b"\x1b[?1049l", b"\x1b[?25h"
+PATIENCE = 20
+
+
+class TerminalTest(TvTest):
+    def setUp(self):
+        super().setUp()
+        self.master, self.slave = pty.openpty()
+        self.addCleanup(os.close, self.master)
+        self.addCleanup(os.close, self.slave)
+        self.resize(100, 40)
+        self.before = termios.tcgetattr(self.slave)
+        self.output = b""
+        self.process = None
+
+    def start(self, *command):
+        self.process = subprocess.Popen(
+            command or [sys.executable, "-m", "receiver", "--etc", str(self.etc)], cwd=HERE.parent, stdin=self.slave,
+            stdout=self.slave, stderr=subprocess.PIPE, start_new_session=True,
+            env={**os.environ, "TERM": "xterm-256color", "COLORTERM": "truecolor", "LC_ALL": "C.UTF-8"})
+        self.addCleanup(self.process.stderr.close)
+        self.addCleanup(self.process.kill)
+
+    def resize(self, columns, lines):
+        fcntl.ioctl(self.master, termios.TIOCSWINSZ, struct.pack("HHHH", lines, columns, 0, 0))
+        if getattr(self, "process", None):
+            self.process.send_signal(signal.SIGWINCH)
+
+    def read_until(self, text):
+        """Read what the terminal gets up to and with `text`; without colours and moves, unless `text` has some."""
+        begin, seen = time.monotonic(), b""
+        codes = rb"(?!)" if "\x1b" in text else rb"\x1b\[[0-9;?]*[A-Za-z]"
+        while text.encode() not in re.sub(codes, b"", seen):
+            self.assertLess(time.monotonic() - begin, PATIENCE, "%r never came" % text)
+            if select.select([self.master], [], [], 0.1)[0]:
+                seen += os.read(self.master, 65536)
+        self.output += seen
+
+    def type(self, keys, then):
+        os.write(self.master, keys)
+        self.read_until(then)
+
+    def finish(self):
+        """Wait for the end; the terminal must be as before."""
+        begin = time.monotonic()
+        while self.process.poll() is None:
+            self.assertLess(time.monotonic() - begin, PATIENCE, "it did not end")
+            if select.select([self.master], [], [], 0.05)[0]:
+                self.output += os.read(self.master, 65536)
+        while select.select([self.master], [], [], 0.05)[0]:
+            self.output += os.read(self.master, 65536)
+        self.assertEqual(termios.tcgetattr(self.slave), self.before)
+        self.assertEqual((self.output.count(ENTER), self.output.count(LEAVE)), (1, 1))
+        self.assertGreater(self.output.rindex(SHOW_CURSOR), self.output.rindex(b"\x1b[?25l"))
+        return self.process.returncode
+
+    def test_keys_and_quit(self):
+        self.start()
+        self.read_until("▶ Multi-EPG")
+        self.type(b"\x1b[B", "▶ Show icon")
+        self.type(b"\x1bOA", "▶ Multi-EPG")
+        self.type(b"\x1b[C", "◂ yes ●")
+        self.type(b"\x1bOP", "Really close")
+        self.type(b"\x1b", "▸")
+        self.type(b"\x1b[6~" + b"\x1bOQ", "Main menu")
+        self.type(b"\r", "ORSA Veltro")
+        os.write(self.master, b"q")
+        self.assertEqual(self.finish(), 0)
+        self.assertIn("config.usage.multiepg_ask_bouquet=True", (self.etc / "settings").read_text())
+
+    def test_tv_radio_digits(self):
+        self.start()
+        self.read_until("▶ Multi-EPG")
+        self.type(b"\x1b[B" * 15, "▶ Edit blacklist")
+        self.type(b"\r", "Add Service")
+        self.type(b"\x1bOS", "(TV)")
+        self.type(b"r", "(Radio)")
+        self.type(b"t", "(TV)")
+        self.type(b"\x1b", "Add Service")
+        os.write(self.master, b"q")
+        self.assertEqual(self.finish(), 0)
+
+    def test_follows_the_size(self):
+        self.start()
+        self.read_until("EPG cache")
+        for columns, lines in ((60, 20), (140, 50), (5, 2), (100, 41)):
+            self.resize(columns, lines)
+            self.read_until("\x1b[%d;1H" % lines)
+        self.type(b"\x1b[B", "▶ Show icon")
+        os.write(self.master, b"\x03")
+        self.assertEqual(self.finish(), 0)
+
+    def test_signals_switch_it_off(self):
+        for number in (signal.SIGTERM, signal.SIGHUP, signal.SIGINT):
+            self.output = b""
+            self.start()
+            self.read_until("EPG cache")
+            self.process.send_signal(number)
+            self.assertEqual(self.finish(), 0)
+
+    def test_the_menu_switches_it_off(self):
+        self.start()
+        self.read_until("▶ Multi-EPG")
+        self.type(b"\x1b", "Main menu")
+        self.type(b"\x1b[B", "▶ Switch")
+        os.write(self.master, b"\r")
+        self.assertEqual(self.finish(), 0)
+
+    def test_an_error_of_the_drawer(self):
+        self.start(sys.executable, "-c", (
+            "import sys; from receiver import cli, text_tv\n"
+            "def fail(*arguments): raise ValueError('out of paint')\n"
+            "text_tv.draw = fail\n"
+            "cli.main(['--etc', sys.argv[1]])"), str(self.etc))
+        self.assertEqual(self.finish(), 1)
+        self.assertIn(b"out of paint", self.process.stderr.read())
+
+    def test_an_error_of_a_screen_is_the_crash_screen(self):
+        self.start(sys.executable, "-c", (
+            "import sys; from receiver import cli, gui\n"
+            "start = gui.Gui.start\n"
+            "def patched(self, *arguments):\n"
+            "    start(self, *arguments)\n"
+            "    sys.modules['Veltro'].doEPGAction = lambda action: 1 / 0\n"
+            "gui.Gui.start = patched\n"
+            "cli.main(['--etc', sys.argv[1]])"), str(self.etc))
+        self.read_until("▶ Multi-EPG")
+        self.type(b"\x1b[A" * 3, "▶ Save EPG cache")
+        self.type(b"\r", "ZeroDivisionError: division by zero")
+        self.type(b"\r", "Main menu")
+        os.write(self.master, b"q")
+        self.assertEqual(self.finish(), 0)
