@@ -1,8 +1,10 @@
 #include "Veltro.h"
 
 #include "blacklist.h"
+#include "channel_picker.h"
 #include "dir_choose.h"
 #include "epg_actions.h"
+#include "listed_names.h"
 #include "settings_screen.h"
 
 namespace veltro {

@@ -5,6 +5,7 @@
 #include "host/lists.h"
 #include "host/screen.h"
 #include "host/services.h"
+#include "listed_names.h"
 
 namespace veltro {
 
@@ -12,82 +13,10 @@ using namespace host::literals;
 using host::Binding;
 using host::ConfigList;
 using host::each;
-using host::Host;
 using host::NamedService;
 using host::Object;
-using host::ServiceReference;
 
 namespace {
-
-bool find_in_list(Host, const Object& list, const Object& search, const Object& listpos)
-{
-    for (const Object& row : each(list))
-        if (row.item(listpos).equals(search))
-            return true;
-    return false;
-}
-
-/// Answers whether a name is listed exactly as `find_in_list(servicelist, name, 0)` does, without reading the list
-/// again for every name. That holds while the list, its rows and its names are plain ones, whose equality is known, and
-/// as long as nobody has replaced `find_in_list`; otherwise `find_in_list` itself is asked.
-class ListedNames {
-public:
-    explicit ListedNames(Object servicelist) : servicelist_(std::move(servicelist)), names_(servicelist_.host().set())
-    {
-    }
-
-    [[nodiscard]] bool contains(const Object& name)
-    {
-        const Host host = servicelist_.host();
-        const Object function = host["find_in_list"_t];
-        if (!name.isPlainText() || !function.isOperation(kFindInList) || !isUpToDate())
-            return function(host::At::here(), servicelist_, name, host.integer(0)).truth();
-        return names_.contains(name);
-    }
-
-    /// Notes a row that has just been appended.
-    void add(const Object& name)
-    {
-        isPlain_ = isPlain_ && name.isPlainText();
-        if (!isPlain_)
-            return;
-        names_.add(name);
-        ++known_;
-    }
-
-private:
-    /// A host call in between may have changed the list; its length tells.
-    [[nodiscard]] bool isUpToDate()
-    {
-        if (!isRead_ || (isPlain_ && servicelist_.size() != known_))
-            read();
-        return isPlain_;
-    }
-
-    void read()
-    {
-        isRead_ = true;
-        isPlain_ = servicelist_.isPlainRow();
-        names_ = servicelist_.host().set();
-        known_ = 0;
-        if (!isPlain_)
-            return;
-        for (const Object& row : each(servicelist_)) {
-            isPlain_ = row.isPlainRow() && row.size() > 0;
-            if (!isPlain_)
-                return;
-            add(row.item(0));
-        }
-    }
-
-    Object servicelist_;
-    Object names_;
-    std::size_t known_ = 0;
-    bool isRead_ = false;
-    bool isPlain_ = false;
-};
-
-// --- The editor ------------------------------------------------------------------------------------------------------
 
 constexpr std::array kEditorKeys{
     Binding{"green"_t, "greenPressed"_t}, Binding{"red"_t, "redPressed"_t}, Binding{"yellow"_t, "yellowPressed"_t},
@@ -251,109 +180,6 @@ constexpr std::array kEditorOperations{
 
 constexpr std::array kEditorBases{"Screen"_t};
 
-// --- The channel picker ----------------------------------------------------------------------------------------------
-
-// Crossed on purpose: the host's keymap raises showAllServices on red, showSatellites on green and showProviders on
-// yellow, so that each key does what its label says. Blue (showFavourites) is the base class's own.
-constexpr std::array kPickerKeys{
-    Binding{"showProviders"_t, "doNothing"_t}, Binding{"showSatellites"_t, "showAllServices"_t},
-    Binding{"showAllServices"_t, "cancel"_t},  Binding{"cancel"_t, "cancel"_t},
-    Binding{"ok"_t, "channelSelected"_t},      Binding{"keyRadio"_t, "setModeRadio"_t},
-    Binding{"keyTV"_t, "setModeTv"_t},
-};
-
-struct DVB_EPG_blacklist_ChannelSelection : host::Screen {
-    using Screen::Screen;
-
-    void init(const Object& session, const Object& plugin_path) const
-    {
-        const Object title = host().translate("Select service to add..."_t);
-        setAttr("skin_path"_t, plugin_path);
-        initBase("SimpleChannelSelection"_t, session, title);
-        attr("onShown"_t).call("append"_t, own("_DVB_EPG_blacklist_ChannelSelection__onExecCallback"_t));
-        attr("servicelist"_t).call("setPythonConfig"_t);
-        setItem("actions"_t,
-                host().call("ActionMap"_t,
-                            host().list("OkCancelActions"_t, "TvRadioActions"_t, "ChannelSelectBaseActions"_t),
-                            keyMap(*this, kPickerKeys)));
-        addKeyLabel("key_red"_t, "Close"_t);
-        addKeyLabel("key_green"_t, "All"_t);
-        addKeyLabel("key_yellow"_t, "Add bouquet services"_t);
-        addKeyLabel("key_blue"_t, "Favourites"_t);
-    }
-
-    void onExecCallback() const { call("setModeTv"_t); }
-
-    /// YELLOW. The name is historic, and a skin or a subclass may hang on it.
-    void doNothing() const
-    {
-        const Object ref = call("getCurrentSelection"_t);
-        if (ref.isNone() || !ServiceReference(ref).isDirectory())
-            return;
-        const Object refs = host().list();
-        const Object services = host::contentOf(ServiceReference(ref));
-        if (!services.isNone())
-            appendPlayable(services, refs);
-        close(refs);
-    }
-
-    void channelSelected() const
-    {
-        // No test for a missing selection here, unlike for yellow: OK on nothing is an error that the host reports.
-        const ServiceReference ref(call("getCurrentSelection"_t));
-        if (ref.isDirectory())
-            call("enterPath"_t, ref);
-        else if (!ref.hasAnyOf(host::referenceFlag(host(), "isMarker"_t)))
-            close(host().list(ref));
-    }
-
-    void setModeTv() const
-    {
-        call("setTvMode"_t);
-        call("showFavourites"_t);
-    }
-
-    void setModeRadio() const
-    {
-        call("setRadioMode"_t);
-        call("showFavourites"_t);
-    }
-
-    void cancel() const { close(host::kNoValue); }
-
-private:
-    /// The bouquet's direct content: nested bouquets are not entered.
-    void appendPlayable(const Object& services, const Object& refs) const
-    {
-        const Object isMarker = host::referenceFlag(host(), "isMarker"_t);
-        const Object notPlayable = isMarker.bitOr(host::referenceFlag(host(), "isDirectory"_t));
-        for (;;) {
-            const ServiceReference service(services.call("getNext"_t));
-            if (!service.valid())
-                return;
-            if (!service.hasAnyOf(notPlayable))
-                refs.append(service);
-        }
-    }
-};
-
-constexpr std::array kPickerOperations{
-    host::method<&DVB_EPG_blacklist_ChannelSelection::init>(
-        "__init__", "Builds the picker.\n\nplugin_path: kept as skin_path.", {{"session"}, {"plugin_path"}}),
-    host::method<&DVB_EPG_blacklist_ChannelSelection::onExecCallback>(
-        "__onExecCallback", "Goes back to the TV favourites each time the picker is shown."),
-    host::method<&DVB_EPG_blacklist_ChannelSelection::doNothing>(
-        "doNothing", "YELLOW: closes with every playable service of the selected bouquet, in its order."),
-    host::method<&DVB_EPG_blacklist_ChannelSelection::channelSelected>(
-        "channelSelected", "OK: enters the selected bouquet, or closes with a list of the one selected service."),
-    host::method<&DVB_EPG_blacklist_ChannelSelection::setModeTv>("setModeTv", "TV: shows the TV favourites."),
-    host::method<&DVB_EPG_blacklist_ChannelSelection::setModeRadio>("setModeRadio",
-                                                                    "RADIO: shows the radio favourites."),
-    host::method<&DVB_EPG_blacklist_ChannelSelection::cancel>("cancel", "Closes with None."),
-};
-
-constexpr std::array kPickerBases{"SimpleChannelSelection"_t};
-
 } // namespace
 
 constinit const host::ClassTable kEditDvbEpgBlacklist{
@@ -363,19 +189,5 @@ constinit const host::ClassTable kEditDvbEpgBlacklist{
     .bases = kEditorBases,
     .operations = kEditorOperations,
 };
-
-constinit const host::ClassTable kDvbEpgBlacklistChannelSelection{
-    .name = "DVB_EPG_blacklist_ChannelSelection",
-    .doc = "The channel list from which services are added to the blacklist.\n\n"
-           "Closes with a list of eServiceReference, or with None.",
-    .bases = kPickerBases,
-    .operations = kPickerOperations,
-};
-
-constinit const host::OperationTable kFindInList =
-    host::function<&find_in_list>("find_in_list",
-                                  "True if the element at `listpos` of some row of `list` equals `search`.\n\n"
-                                  "A row that can't be indexed at listpos is an error, unless an earlier row matches.",
-                                  {{"list"}, {"search"}, {"listpos", host::Default::zero}});
 
 } // namespace veltro

@@ -1,4 +1,4 @@
-// The DVB EPG blacklist: its editor, its file, and the channel picker from which services are added.
+// The DVB EPG blacklist: its editor and its file.
 #pragma once
 
 #include "host/module.h"
@@ -6,7 +6,5 @@
 namespace veltro {
 
 extern const host::ClassTable kEditDvbEpgBlacklist;
-extern const host::ClassTable kDvbEpgBlacklistChannelSelection;
-extern const host::OperationTable kFindInList;
 
 } // namespace veltro

@@ -2,6 +2,7 @@
 
 #include "host/bindings.h"
 #include "host/generation.h"
+#include "host/require.h"
 
 #include <string_view>
 
@@ -17,12 +18,6 @@ Object borrowOrThrow(PyPointer borrowed)
     return Object::adopt(kNoHostYet, borrowed);
 }
 
-void orThrow(int answer, At at = At::here())
-{
-    if (answer < 0)
-        throw Error(at);
-}
-
 /// The tuple behind every Host of this load.
 Object makeBindings(PyPointer module)
 {
@@ -30,7 +25,7 @@ Object makeBindings(PyPointer module)
     const auto size = binding::kFirstText + static_cast<Py_ssize_t>(last->index) + 1;
     Object bindings = Object::adopt(kNoHostYet, PyTuple_New(size));
     const auto bind = [&](Py_ssize_t place, Object value) {
-        orThrow(PyTuple_SetItem(bindings.get(), place, value.release()));
+        require(PyTuple_SetItem(bindings.get(), place, value.release()));
     };
     const auto own = [](PyPointer fresh) { return Object::adopt(kNoHostYet, fresh); };
 
@@ -65,7 +60,7 @@ void fill(const ClassBody& body, PyPointer classNamespace)
 {
     const Host host = body.host;
     const auto put = [&](const Object& key, const Object& value) {
-        orThrow(PyObject_SetItem(classNamespace, key.get(), value.get()));
+        require(PyObject_SetItem(classNamespace, key.get(), value.get()));
     };
     put(host.text("__module__"_t), host["__name__"_t]);
     put(host.text("__doc__"_t), Object::adopt(host, generation::internText(body.table.doc)));
@@ -93,7 +88,7 @@ Module::Module(PyPointer module)
 
 void Module::bind(const Object& name, const Object& value, At at) const
 {
-    orThrow(PyObject_SetItem(host().globals(), name.get(), value.get()), at);
+    require(PyObject_SetItem(host().globals(), name.get(), value.get()), at);
 }
 
 void Module::bind(const char* name, const Object& value, At at) const
@@ -129,8 +124,7 @@ void Module::importNames(const char* name, std::span<const char* const> names, A
         } catch (const Error& error) {
             if (!error.isAttributeError())
                 throw;
-            PyErr_Format(PyExc_ImportError, "cannot import name %.230s", generation::Chars(text.get()).get());
-            throw Error(at);
+            raise(PyExc_ImportError, "cannot import name %.230s", generation::Chars(text.get()).get(), at);
         }
     }
 }

@@ -1,39 +1,15 @@
 #include "host/object.h"
 
-#include "host/bindings.h"
 #include "host/generation.h"
+#include "host/require.h"
 
 namespace veltro::host {
-
-namespace {
-
-PyPointer orThrow(PyPointer fresh, At at)
-{
-    if (fresh == nullptr)
-        throw Error(at);
-    return fresh;
-}
-
-int orThrow(int answer, At at)
-{
-    if (answer < 0)
-        throw Error(at);
-    return answer;
-}
-
-[[noreturn]] void raise(PyPointer type, const char* format, const char* detail, At at)
-{
-    PyErr_Format(type, format, detail);
-    throw Error(at);
-}
-
-} // namespace
 
 // --- Object: ownership -----------------------------------------------------------------------------------------------
 
 Object Object::adopt(Host host, PyPointer fresh, At at)
 {
-    return {host, orThrow(fresh, at)};
+    return {host, require(fresh, at)};
 }
 
 Object Object::share(Host host, PyPointer borrowed) noexcept
@@ -83,7 +59,7 @@ Object Object::attr(Named name) const
 
 void Object::storeAttr(Named name, Argument value) const
 {
-    orThrow(PyObject_SetAttr(pointer_, host_.constant(name.text), value.get()), name.at);
+    require(PyObject_SetAttr(pointer_, host_.constant(name.text), value.get()), name.at);
 }
 
 Object Object::fetchItem(Argument key, At at) const
@@ -93,7 +69,7 @@ Object Object::fetchItem(Argument key, At at) const
 
 void Object::storeItem(Named key, Argument value) const
 {
-    orThrow(PyObject_SetItem(pointer_, host_.constant(key.text), value.get()), key.at);
+    require(PyObject_SetItem(pointer_, host_.constant(key.text), value.get()), key.at);
 }
 
 Object Object::callMethod(Named method, std::span<const Argument> arguments) const
@@ -127,7 +103,7 @@ bool Object::isNone() const noexcept
 
 bool Object::truth(At at) const
 {
-    return orThrow(PyObject_IsTrue(pointer_), at) != 0;
+    return require(PyObject_IsTrue(pointer_), at) != 0;
 }
 
 std::size_t Object::size(At at) const
@@ -140,7 +116,7 @@ std::size_t Object::size(At at) const
 
 bool Object::isInstanceOf(const Object& type, At at) const
 {
-    return orThrow(PyObject_IsInstance(pointer_, type.get()), at) != 0;
+    return require(PyObject_IsInstance(pointer_, type.get()), at) != 0;
 }
 
 bool Object::isEqual(Argument value, At at) const
@@ -205,17 +181,17 @@ bool Object::isPlainRow() const noexcept
 
 void Object::append(const Object& value, At at) const
 {
-    orThrow(PyList_Append(pointer_, value.get()), at);
+    require(PyList_Append(pointer_, value.get()), at);
 }
 
 void Object::add(const Object& value, At at) const
 {
-    orThrow(PySet_Add(pointer_, value.get()), at);
+    require(PySet_Add(pointer_, value.get()), at);
 }
 
 bool Object::contains(const Object& value, At at) const
 {
-    return orThrow(PySet_Contains(pointer_, value.get()), at) != 0;
+    return require(PySet_Contains(pointer_, value.get()), at) != 0;
 }
 
 // --- Iteration -------------------------------------------------------------------------------------------------------
@@ -253,163 +229,6 @@ std::pair<Object, Object> unpackTwo(const Object& iterable, At at)
     if (cursor != nullptr)
         raise(PyExc_ValueError, "too many values to unpack%s", "", at);
     return {std::move(first), std::move(second)};
-}
-
-// --- Host ------------------------------------------------------------------------------------------------------------
-
-Object Host::operator[](Named name) const
-{
-    const PyPointer key = constant(name.text);
-    for (const PyPointer names : {globals(), builtins()})
-        if (const PyPointer found = generation::dictGet(names, key))
-            return Object::share(*this, found);
-    raise(PyExc_NameError, "name '%.200s' is not defined", name.text.chars(), name.at);
-}
-
-Object Host::translate(Named id) const
-{
-    return call(Named("_"_t, id.at), id.text);
-}
-
-Object Host::text(Text text) const
-{
-    return Object::share(*this, constant(text));
-}
-
-Object Host::none() const
-{
-    return Object::share(*this, Py_None);
-}
-
-Object Host::no() const
-{
-    return Object::share(*this, Py_False);
-}
-
-Object Host::integer(long value) const
-{
-    return Object::adopt(*this, generation::newInteger(value));
-}
-
-Object Host::set() const
-{
-    return Object::adopt(*this, PySet_New(nullptr));
-}
-
-Object Host::dict(std::initializer_list<std::pair<Text, Object>> items) const
-{
-    Object result = Object::adopt(*this, PyDict_New());
-    for (const auto& [key, value] : items)
-        orThrow(PyDict_SetItem(result.get(), constant(key), value.get()), At::here());
-    return result;
-}
-
-namespace detail {
-
-Object makeList(Host host, std::span<const Argument> values)
-{
-    Object result = Object::adopt(host, PyList_New(0));
-    for (const Argument value : values)
-        orThrow(PyList_Append(result.get(), value.get()), At::here());
-    return result;
-}
-
-Object makeTuple(Host host, std::span<const Argument> values)
-{
-    Object result = Object::adopt(host, PyTuple_New(static_cast<Py_ssize_t>(values.size())));
-    for (Py_ssize_t i = 0; const Argument value : values) {
-        Py_INCREF(value.get());
-        orThrow(PyTuple_SetItem(result.get(), i++, value.get()), At::here());
-    }
-    return result;
-}
-
-} // namespace detail
-
-PyPointer Host::globals() const noexcept
-{
-    return PyTuple_GetItem(bindings_, binding::kGlobals);
-}
-
-PyPointer Host::builtins() const noexcept
-{
-    return PyTuple_GetItem(bindings_, binding::kBuiltins);
-}
-
-PyPointer Host::methodType() const noexcept
-{
-    return PyTuple_GetItem(bindings_, binding::kMethodType);
-}
-
-PyPointer Host::operationType() const noexcept
-{
-    return PyTuple_GetItem(bindings_, binding::kOperationType);
-}
-
-PyPointer Host::zero() const noexcept
-{
-    return PyTuple_GetItem(bindings_, binding::kZero);
-}
-
-PyPointer Host::constant(Text text) const noexcept
-{
-    return PyTuple_GetItem(bindings_, binding::kFirstText + static_cast<Py_ssize_t>(text.index()));
-}
-
-Object Host::open() const
-{
-    return Object::share(*this, PyTuple_GetItem(bindings_, binding::kOpen));
-}
-
-Object Host::ioError() const
-{
-    return Object::share(*this, PyTuple_GetItem(bindings_, binding::kIOError));
-}
-
-// --- Error -----------------------------------------------------------------------------------------------------------
-
-Error::Error(At at) noexcept : at_(at)
-{
-    PyErr_Fetch(&type_, &value_, &traceback_);
-}
-
-Error::Error(const Error& other) noexcept
-    : at_(other.at_), type_(other.type_), value_(other.value_), traceback_(other.traceback_)
-{
-    Py_XINCREF(type_);
-    Py_XINCREF(value_);
-    Py_XINCREF(traceback_);
-}
-
-Error::~Error()
-{
-    Py_XDECREF(type_);
-    Py_XDECREF(value_);
-    Py_XDECREF(traceback_);
-}
-
-bool Error::isOrdinary() const noexcept
-{
-    return isSet() && PyErr_GivenExceptionMatches(type_, PyExc_Exception) != 0;
-}
-
-bool Error::isAttributeError() const noexcept
-{
-    return isSet() && PyErr_GivenExceptionMatches(type_, PyExc_AttributeError) != 0;
-}
-
-bool Error::matches(const Object& type) const noexcept
-{
-    return isSet() && PyErr_GivenExceptionMatches(type_, type.get()) != 0;
-}
-
-void Error::restore() noexcept
-{
-    if (!isSet()) {
-        PyErr_SetString(PyExc_SystemError, "a host call failed without an exception");
-        return;
-    }
-    PyErr_Restore(std::exchange(type_, nullptr), std::exchange(value_, nullptr), std::exchange(traceback_, nullptr));
 }
 
 } // namespace veltro::host

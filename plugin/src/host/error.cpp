@@ -1,0 +1,51 @@
+#include "host/object.h"
+
+#include "host/cpython.h"
+
+namespace veltro::host {
+
+Error::Error(At at) noexcept : at_(at)
+{
+    PyErr_Fetch(&type_, &value_, &traceback_);
+}
+
+Error::Error(const Error& other) noexcept
+    : at_(other.at_), type_(other.type_), value_(other.value_), traceback_(other.traceback_)
+{
+    Py_XINCREF(type_);
+    Py_XINCREF(value_);
+    Py_XINCREF(traceback_);
+}
+
+Error::~Error()
+{
+    Py_XDECREF(type_);
+    Py_XDECREF(value_);
+    Py_XDECREF(traceback_);
+}
+
+bool Error::isOrdinary() const noexcept
+{
+    return isSet() && PyErr_GivenExceptionMatches(type_, PyExc_Exception) != 0;
+}
+
+bool Error::isAttributeError() const noexcept
+{
+    return isSet() && PyErr_GivenExceptionMatches(type_, PyExc_AttributeError) != 0;
+}
+
+bool Error::matches(const Object& type) const noexcept
+{
+    return isSet() && PyErr_GivenExceptionMatches(type_, type.get()) != 0;
+}
+
+void Error::restore() noexcept
+{
+    if (!isSet()) {
+        PyErr_SetString(PyExc_SystemError, "a host call failed without an exception");
+        return;
+    }
+    PyErr_Restore(std::exchange(type_, nullptr), std::exchange(value_, nullptr), std::exchange(traceback_, nullptr));
+}
+
+} // namespace veltro::host

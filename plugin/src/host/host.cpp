@@ -1,0 +1,118 @@
+// What an operation asks of its host, by name.
+
+#include "host/bindings.h"
+#include "host/generation.h"
+#include "host/require.h"
+
+namespace veltro::host {
+
+Object Host::operator[](Named name) const
+{
+    const PyPointer key = constant(name.text);
+    for (const PyPointer names : {globals(), builtins()})
+        if (const PyPointer found = generation::dictGet(names, key))
+            return Object::share(*this, found);
+    raise(PyExc_NameError, "name '%.200s' is not defined", name.text.chars(), name.at);
+}
+
+Object Host::translate(Named id) const
+{
+    return call(Named("_"_t, id.at), id.text);
+}
+
+Object Host::text(Text text) const
+{
+    return Object::share(*this, constant(text));
+}
+
+Object Host::none() const
+{
+    return Object::share(*this, Py_None);
+}
+
+Object Host::no() const
+{
+    return Object::share(*this, Py_False);
+}
+
+Object Host::integer(long value) const
+{
+    return Object::adopt(*this, generation::newInteger(value));
+}
+
+Object Host::set() const
+{
+    return Object::adopt(*this, PySet_New(nullptr));
+}
+
+Object Host::dict(std::initializer_list<std::pair<Text, Object>> items) const
+{
+    Object result = Object::adopt(*this, PyDict_New());
+    for (const auto& [key, value] : items)
+        require(PyDict_SetItem(result.get(), constant(key), value.get()));
+    return result;
+}
+
+namespace detail {
+
+Object makeList(Host host, std::span<const Argument> values)
+{
+    Object result = Object::adopt(host, PyList_New(0));
+    for (const Argument value : values)
+        require(PyList_Append(result.get(), value.get()));
+    return result;
+}
+
+Object makeTuple(Host host, std::span<const Argument> values)
+{
+    Object result = Object::adopt(host, PyTuple_New(static_cast<Py_ssize_t>(values.size())));
+    for (Py_ssize_t i = 0; const Argument value : values) {
+        Py_INCREF(value.get());
+        require(PyTuple_SetItem(result.get(), i++, value.get()));
+    }
+    return result;
+}
+
+} // namespace detail
+
+PyPointer Host::globals() const noexcept
+{
+    return PyTuple_GetItem(bindings_, binding::kGlobals);
+}
+
+PyPointer Host::builtins() const noexcept
+{
+    return PyTuple_GetItem(bindings_, binding::kBuiltins);
+}
+
+PyPointer Host::methodType() const noexcept
+{
+    return PyTuple_GetItem(bindings_, binding::kMethodType);
+}
+
+PyPointer Host::operationType() const noexcept
+{
+    return PyTuple_GetItem(bindings_, binding::kOperationType);
+}
+
+PyPointer Host::zero() const noexcept
+{
+    return PyTuple_GetItem(bindings_, binding::kZero);
+}
+
+PyPointer Host::constant(Text text) const noexcept
+{
+    return PyTuple_GetItem(bindings_, binding::kFirstText + static_cast<Py_ssize_t>(text.index()));
+}
+
+Object Host::open() const
+{
+    return Object::share(*this, PyTuple_GetItem(bindings_, binding::kOpen));
+}
+
+Object Host::ioError() const
+{
+    return Object::share(*this, PyTuple_GetItem(bindings_, binding::kIOError));
+}
+
+} // namespace veltro::host
