@@ -41,10 +41,11 @@ struct Screen : Object {
 
     /// Closes the screen with a result, or without one. The host clears the instance: nothing is read from it
     /// afterwards.
-    template <class... Values>
-    void close(const Values&... result) const
+    void close(At at = At::here()) const { call({"close"_t, at}); }
+    template <class Value>
+    void close(const Value& result, At at = At::here()) const
     {
-        call("close"_t, result...);
+        call({"close"_t, at}, result);
     }
 };
 
