@@ -60,6 +60,8 @@ class CrashScreen(dict):
 class Receiver:
     """The box. Its GUI runs on `loop` (an asyncio loop); everything happens on the thread that runs the loop.
 
+    One at a time in a process: the host modules are found on sys.path and in sys.modules, as on a box.
+
     etc -- the folder that plays /etc/enigma2
     profile -- the image that the host modules imitate, a `Profile`
     on_change -- called without arguments whenever the picture may have changed; set it to draw. It is called inside

@@ -2,6 +2,7 @@
 
 import argparse
 import asyncio
+import contextlib
 import os
 import re
 import shutil
@@ -24,6 +25,7 @@ keys in the terminal:
   0-9, t, r, m, i, e          digits, TV, RADIO, MENU, INFO, EPG
   PageUp PageDown Home End    CHANNEL+ CHANNEL- PREVIOUS NEXT
   q                           switch the receiver off
+The receiver's console is on standard error: seen with --keys, kept with 2>FILE.
 
 words for --keys:
   %s
@@ -106,32 +108,35 @@ def etc_folder(chosen):
     return chosen
 
 
-def run_keys(etc, profile, steps, pictures, size):
+def run_keys(loop, etc, profile, steps, pictures, size):
     """Press the keys on a clock of the receiver's own and print what the TV shows."""
-    receiver = Receiver(VirtualLoop(), etc, profile)
+    receiver = Receiver(loop, etc, profile)
     receiver.console.on_line = lambda line: print(line, file=sys.stderr)
+
+    def show(heading=""):
+        print(heading + text_tv.draw(receiver.picture(), *size).text())
+
     receiver.switch_on()
-    receiver.loop.settle()
-    show = lambda: print(text_tv.draw(receiver.picture(), *size).text())
+    loop.settle()
     if pictures == "all":
         show()
     for word, step in steps:
         step(receiver)
         if pictures == "all":
-            print("\n> %s\n" % word)
-            show()
+            show("\n> %s\n\n" % word)
     if pictures == "last":
         show()
     receiver.switch_off()
+    sys.stdout.flush()
 
 
-def run_terminal(etc, profile):
-    """The TV in this terminal."""
-    if not (sys.stdin.isatty() and sys.stdout.isatty()):
-        raise UsageError("the TV needs a terminal; --keys works without one")
+def run_terminal(loop, etc, profile):
+    """The TV in this terminal. The console would disturb the picture: it goes to standard error if that is a file."""
     from receiver.terminal import Terminal
-    loop = asyncio.new_event_loop()
-    Terminal(Receiver(loop, etc, profile), loop).run()
+    receiver = Receiver(loop, etc, profile)
+    if not sys.stderr.isatty():
+        receiver.console.on_line = lambda line: print(line, file=sys.stderr, flush=True)
+    Terminal(receiver, loop).run()
 
 
 def main(command_line=None):
@@ -140,11 +145,14 @@ def main(command_line=None):
         steps = parse_keys(options.keys or "")
         etc = etc_folder(options.etc)
         profile = PROFILES["full"]
-        if options.keys is None:
-            run_terminal(etc, profile)
+        if options.keys is not None:
+            with contextlib.closing(VirtualLoop()) as loop:
+                run_keys(loop, etc, profile, steps, options.pictures, options.size)
+        elif sys.stdin.isatty() and sys.stdout.isatty():
+            with contextlib.closing(asyncio.new_event_loop()) as loop:
+                run_terminal(loop, etc, profile)
         else:
-            run_keys(etc, profile, steps, options.pictures, options.size)
-            sys.stdout.flush()
+            raise UsageError("the TV needs a terminal; --keys works without one")
     except UsageError as error:
         print("script/run: %s" % error, file=sys.stderr)
         sys.exit(2)

@@ -1,5 +1,7 @@
 """The list widget: a cursor over rows, its page, and what each kind of row shows."""
 
+from itertools import chain
+
 from receiver.picture import Row
 
 
@@ -35,7 +37,7 @@ class ListContent:
 
     def moveTo(self, index):
         """Put the cursor on a row, or on the next one that can be selected; tell the widget if that is a move."""
-        candidates = [*range(index, len(self)), *range(index - 1, -1, -1)]
+        candidates = chain(range(index, len(self)), range(index - 1, -1, -1))
         target = next((place for place in candidates if self.selectable(place)), 0)
         moved = target != self.cursor
         self.cursor = target

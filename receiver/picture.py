@@ -24,7 +24,10 @@ class Row:
 
 @dataclass
 class Box:
-    """A rectangle of the picture with its text. `role` is the widget's name in the screen, "panel" for plain shapes."""
+    """A rectangle of the picture with its text.
+
+    `role` is the widget's name in the screen ("status", "key_red" ...); "title" for titles, "panel" for plain shapes.
+    """
 
     role: str
     x: int
@@ -113,12 +116,13 @@ def _box(element, screen, layout):
     component = screen.get(element.component)
     if component is None or not getattr(component, "visible", True):
         return None
+    role = "title" if element.component == "Title" else element.component
     listbox = getattr(component, "instance", None)
     if not hasattr(listbox, "content"):
-        return Box(element.component, text=component.text, **common)
+        return Box(role, text=component.text, **common)
     content, first = listbox.content, listbox.window()
     rows = [_row(content, index) for index in range(first, min(first + listbox.page, len(content)))]
-    return ListBox(element.component, rows=rows, first=first, total=len(content), selected=content.cursor,
+    return ListBox(role, rows=rows, first=first, total=len(content), selected=content.cursor,
                    row_height=element.row_height, selected_foreground=element.selected_foreground,
                    selected_background=element.selected_background, scrollbar=element.scrollbar, **common)
 

@@ -1,7 +1,8 @@
 """Draws a picture as text: a grid of character cells of any size, for a terminal or for a printout."""
 
+import functools
 import textwrap
-from dataclasses import dataclass, replace
+from typing import NamedTuple
 
 from wcwidth import wcwidth
 
@@ -12,8 +13,7 @@ ICONS = {"parent": "◂ ", "folder": "▪ ", "bouquet": "▪ ", "file": "  ", "s
 DIM = "#93a1b5"
 
 
-@dataclass(frozen=True)
-class Cell:
+class Cell(NamedTuple):
     """One character with its look; the empty text is the second half of a wide character."""
 
     text: str = " "
@@ -60,32 +60,30 @@ class Canvas:
             for column in range(max(0, left), min(right, self.columns)):
                 line[column] = Cell(background=background)
 
-    def write(self, column, line, text, **look):
-        """Write over what is there; a look that is not given stays. Returns the column after the text."""
+    def write(self, column, line, text, foreground="#ffffff", background=None, bold=False, underline=False):
+        """Write over what is there, on its background if no other is given. Returns the column after the text."""
+        cells = self.cells[line] if 0 <= line < self.lines else []
         for char in text:
-            cells = wcwidth(char)
-            if cells == 0 and 0 < column <= self.columns and 0 <= line < self.lines:
-                before = self.cells[line][column - 1]
-                self.cells[line][column - 1] = replace(before, text=before.text + char)
-            for part in range(cells):
-                if 0 <= column + part < self.columns and 0 <= line < self.lines:
-                    old = self.cells[line][column + part]
-                    self.cells[line][column + part] = replace(old, **{
-                        "text": "" if part else char, "bold": False, "underline": False, **look})
-            column += cells
+            size = wcwidth(char)
+            if size == 0 and 0 < column <= len(cells):
+                cells[column - 1] = cells[column - 1]._replace(text=cells[column - 1].text + char)
+            for place in range(max(0, column), min(column + size, len(cells))):
+                cells[place] = Cell("" if place > column else char, foreground, background or cells[place].background,
+                                    bold, underline)
+            column += size
         return column
 
     def dim(self):
         """Darken all that is there, so that what comes on top stands out."""
         for line in self.cells:
-            line[:] = [replace(cell, foreground=_darker(cell.foreground), background=_darker(cell.background),
-                               bold=False) for cell in line]
+            line[:] = [Cell(cell.text, _darker(cell.foreground), _darker(cell.background)) for cell in line]
 
     def text(self):
         """The grid without its colours."""
         return "\n".join("".join(cell.text for cell in line).rstrip() for line in self.cells)
 
 
+@functools.lru_cache
 def _darker(color):
     return "#" + "".join("%02x" % (int(color[place:place + 2], 16) // 2) for place in (1, 3, 5))
 
@@ -177,37 +175,38 @@ class _Drawer:
         for line, row in enumerate(rows, top):
             self.row(row, box, left, line, right - 2 * scroll)
         if scroll:
-            thumb = max(1, lines * len(rows) // box.total)
-            start = (box.first + skip) * (lines - thumb) // max(1, box.total - len(rows))
-            for line in range(lines):
+            thumb = max(1, len(rows) * len(rows) // box.total)
+            start = (box.first + skip) * (len(rows) - thumb) // (box.total - len(rows))
+            for line in range(len(rows)):
                 inside = start <= line < start + thumb
                 self.canvas.write(right - 1, top + line, "█" if inside else "│", foreground=DIM)
 
     def row(self, row, box, left, line, right):
-        look = {"foreground": box.foreground[:7], "bold": row.selected}
+        """One row: the cursor, its label, and at the right its value with the state of a switch."""
+        foreground = (box.selected_foreground if row.selected else box.foreground)[:7]
         if row.selected:
             self.canvas.fill(left, line, right, line + 1, box.selected_background[:7])
-            look["foreground"] = box.selected_foreground[:7]
-        elif row.kind in ("marker", "heading"):
-            look["foreground"] = DIM
-        self.canvas.write(left, line, "▶" if row.selected else " ", **look)
-        value = cut(printable(row.value), (right - left) // 2)
-        tail = value and value + {None: "  ", True: " ●", False: " ○"}[row.switch]
-        place = right - 2 - width(tail)
-        if tail:
-            if row.switch is False and not row.selected:
-                look["foreground"] = DIM
-            self.canvas.write(place, line, tail, **look)
-            for position in row.marked:
-                self.canvas.write(place + width(value[:position]), line, value[position:position + 1], underline=True, **look)
-            if row.selected:
-                self.canvas.write(place - 2, line, "◂", **look)
-                self.canvas.write(right - 1, line, "▸", **look)
+            self.canvas.write(left, line, "▶", foreground, bold=True)
+        end = self.value(row, left, line, right, foreground) if row.value else right
         label = ICONS.get(row.kind, "") + printable(row.label)
         if row.kind == "choice":
             label = "%-2s %s" % (row.shortcut[:1], label)
         elif row.kind == "marker":
             label = "── %s ──" % label
-        if row.switch is False and not row.selected:
-            look["foreground"] = box.foreground[:7]
-        self.canvas.write(left + 2, line, cut(label, (place - 3 if tail else right - 1) - left - 2), **look)
+        self.canvas.write(left + 2, line, cut(label, end - 1 - left - 2), bold=row.selected,
+                          foreground=DIM if row.kind in ("marker", "heading") else foreground)
+
+    def value(self, row, left, line, right, foreground):
+        """The value of a row; returns the column where it begins."""
+        value = cut(printable(row.value), (right - left) // 2)
+        text = value + {None: "  ", True: " ●", False: " ○"}[row.switch]
+        place = right - 2 - width(text)
+        off = row.switch is False and not row.selected
+        self.canvas.write(place, line, text, DIM if off else foreground, bold=row.selected)
+        for position in row.marked:
+            self.canvas.write(place + width(value[:position]), line, value[position:position + 1], foreground,
+                              bold=row.selected, underline=True)
+        if row.selected:
+            self.canvas.write(place - 2, line, "◂", foreground)
+            self.canvas.write(right - 1, line, "▸", foreground)
+        return place - 2
