@@ -5,6 +5,7 @@ import xml.etree.ElementTree as ElementTree
 
 from receiver.picture import HEIGHT, WIDTH
 
+RESOLUTIONS = {"hd": (WIDTH, HEIGHT), "fhd": (1920, 1080)}
 
 class SkinError(Exception):
     """Something in a skin that can't be shown; the rest of the screen still is."""
@@ -24,6 +25,7 @@ class Element:
     width: int
     height: int
     text: str
+    font: str
     font_size: int
     foreground: str
     background: str
@@ -52,9 +54,13 @@ class Layout:
 
 
 class Skin:
-    """The loaded skin files: colours by name and screens by name; what is loaded later wins."""
+    """The loaded skin files: colours by name and screens by name; what is loaded later wins.
 
-    def __init__(self):
+    resolution -- one of RESOLUTIONS, the desktop that the screens are laid out on
+    """
+
+    def __init__(self, resolution="hd"):
+        self.size = RESOLUTIONS[resolution]
         self.colors = {}
         self.screens = {}
 
@@ -68,8 +74,8 @@ class Skin:
 
     def layout(self, xml, problem):
         """The layout that a <screen> element describes. What can't be used is left out and told to `problem`."""
-        width, height = _pair(xml.get("size", "%d,%d" % (WIDTH, HEIGHT)))
-        x, y = _position(xml.get("position", "0,0"), width, height)
+        width, height = _pair(xml.get("size", "%d,%d" % self.size))
+        x, y = _position(xml.get("position", "0,0"), width, height, *self.size)
         layout = Layout(xml.get("name"), xml.get("title", ""), x, y, width, height,
                         self.color(xml.get("backgroundColor", "#000000")))
         for child in xml:
@@ -91,12 +97,14 @@ class Skin:
         x, y = _position(attributes["position"], width, height, layout.width, layout.height)
         transparent = attributes.get("transparent") == "1" or "backgroundColor" not in attributes
         get = attributes.get
+        font, _, font_size = get("font", "Regular;20").rpartition(";")
         return Element(
             component=source or get("name") if xml.tag == "widget" else None,
             source=bool(source),
             x=x, y=y, width=width, height=height,
             text=get("text", ""),
-            font_size=int(get("font", "Regular;20").rpartition(";")[2]),
+            font=font,
+            font_size=int(font_size),
             foreground=self.color(get("foregroundColor", "#ffffff")),
             background=None if transparent else self.color(attributes["backgroundColor"]),
             halign=get("halign", "left"), valign=get("valign", "top"),
@@ -123,7 +131,7 @@ def _pair(text):
     return int(first), int(second)
 
 
-def _position(text, width, height, outer_width=WIDTH, outer_height=HEIGHT):
+def _position(text, width, height, outer_width, outer_height):
     x, y = (part.strip() for part in text.split(","))
     return ((outer_width - width) // 2 if x == "center" else int(x),
             (outer_height - height) // 2 if y == "center" else int(y))
