@@ -118,15 +118,21 @@ class Receiver:
             self._start()
 
     def picture(self):
-        """What the TV shows now, as a `picture.Picture`."""
-        if not self.is_on:
-            return picture.Picture([], self._info())
+        """What the TV shows now, as a `picture.Picture`. An error of what paints a row ends the GUI as any other."""
+        made = []
+        if self.is_on and self.crash is None:
+            self._attempt(lambda: made.extend(picture.make(self._gui.session.screens())))
         if self.crash is not None:
-            return picture.Picture([picture.view(CrashScreen(self.crash))], self._info())
-        return picture.make(self._gui.session.screens(), self._info())
+            made = [picture.view(CrashScreen(self.crash))]
+        return picture.Picture(made if self.is_on else [], self._info())
 
     def guard(self, function, *arguments):
         """Call something of the GUI. An error ends the GUI: crash screen, then a new start. True if there was none."""
+        passed = self._attempt(function, *arguments)
+        self.on_change()
+        return passed
+
+    def _attempt(self, function, *arguments):
         try:
             with contextlib.redirect_stdout(self.console):
                 function(*arguments)
@@ -134,8 +140,6 @@ class Receiver:
             # The first frame is the call above, which says nothing.
             self._crashed("".join(traceback.format_exception(type(error), error, error.__traceback__.tb_next)))
             return False
-        finally:
-            self.on_change()
         return True
 
     def _start(self, first_plugin=False):

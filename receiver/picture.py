@@ -89,14 +89,14 @@ class Picture:
         return self.screens[-1]
 
 
-def make(screens, info):
-    """The picture of these open screens, the lowest first. What a full-size screen hides is left out."""
+def make(screens):
+    """The views of these open screens, the lowest first. What a full-size screen hides is left out."""
     visible = []
     for screen in reversed(screens):
         visible.insert(0, view(screen))
         if visible[0].width >= WIDTH and visible[0].height >= HEIGHT:
             break
-    return Picture(visible, info)
+    return visible
 
 
 def view(screen):

@@ -414,8 +414,57 @@ class CrashTest(TvTest):
         self.assertIn("Veltro.Veltro.createSetup", self.text("trace"))
         self.assertIn("show_old_epg", self.text("trace"))
 
+    def test_an_error_while_a_row_is_painted(self):
+        def fail(selected):
+            raise ValueError("no text")
+        host("Components.config").config.usage.epg.eit.getMulti = fail
+        self.assertEqual(self.top.name, "CrashScreen")
+        self.assertTrue(self.text("trace").endswith("ValueError: no text"))
+
     def test_switching_off_during_the_crash_screen(self):
         self.crash()
         self.receiver.switch_off()
         self.press("wait:20s")
         self.assertEqual(self.picture.screens, [])
+
+
+class OtherHostTest(TvTest):
+    """Facts in which images differ."""
+
+    def start_picker(self, **facts):
+        self.receiver = self.new_receiver(**facts)
+        self.switch_on()
+        self.go_to("Edit blacklist for DVB EPG")
+        self.press("ok blue")
+
+    def test_a_channel_list_that_sees_the_color_keys_first(self):
+        self.start_picker(channel_map_priority=-2)
+        self.press("red")
+        self.assertIn("Select service to add...", self.top.title)
+        self.assertGreater(self.list.total, 20)
+
+    def test_an_invalid_reference_for_nothing_selected(self):
+        self.start_picker(empty_selection_is_none=False)
+        screen = self.receiver._gui.session.current_dialog
+        self.run_in_gui(lambda: screen.servicelist.l.setList([]))
+        self.assertFalse(screen.getCurrentSelection().valid())
+        self.press("ok")
+        self.assertShows("Edit blacklist for DVB EPG")
+        self.assertEqual(self.labels, [])
+
+    def test_nothing_selected_where_that_is_none_is_an_error(self):
+        self.start_picker()
+        screen = self.receiver._gui.session.current_dialog
+        self.run_in_gui(lambda: screen.servicelist.l.setList([]))
+        self.press("ok")
+        self.assertIn("DVB_EPG_blacklist_ChannelSelection.channelSelected", self.text("trace"))
+
+    def test_every_key_press_reported_as_a_change(self):
+        for always, rebuilt in ((False, False), (True, True)):
+            self.receiver.switch_off()
+            self.receiver = self.new_receiver(on_change_always=always)
+            self.switch_on()
+            screen = self.receiver._gui.session.current_dialog
+            rows = screen["config"].list
+            self.press("5")  # no digit changes a yes/no
+            self.assertEqual(screen["config"].list is not rows, rebuilt)

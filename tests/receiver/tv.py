@@ -7,6 +7,7 @@ import os
 import shutil
 import tempfile
 import unittest
+from dataclasses import replace
 from pathlib import Path
 
 from receiver import cli
@@ -14,6 +15,7 @@ from receiver.app import Receiver
 from receiver.gui import HERE
 from receiver.loop import VirtualLoop
 from receiver.picture import ListBox
+from receiver.profile import PROFILES
 
 SAMPLE = HERE / "sample"
 
@@ -28,11 +30,11 @@ class TvTest(unittest.TestCase):
         shutil.copytree(SAMPLE, self.etc)
         self.receiver = self.new_receiver()
 
-    def new_receiver(self):
-        """Another receiver with the same etc folder; the one before is forgotten as it is."""
+    def new_receiver(self, **facts):
+        """Another receiver with the same etc folder, on a host with other `facts` (fields of its profile)."""
         loop = VirtualLoop()
         self.addCleanup(loop.close)
-        self.receiver = Receiver(loop, str(self.etc))
+        self.receiver = Receiver(loop, str(self.etc), replace(PROFILES["full"], **facts))
         self.addCleanup(self.receiver.switch_off)
         return self.receiver
 
