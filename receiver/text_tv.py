@@ -6,9 +6,10 @@ from typing import NamedTuple
 
 from wcwidth import wcwidth
 
-from receiver.picture import HEIGHT, WIDTH, ListBox
+from receiver.picture import ListBox
 
-KEYS = {"key_red": ("R", "#e5383b"), "key_green": ("G", "#2fa84f"), "key_yellow": ("Y", "#f2b705"), "key_blue": ("B", "#3a86ff")}
+KEYS = {"key_red": ("R", "#e5383b"), "key_green": ("G", "#2fa84f"), "key_yellow": ("Y", "#f2b705"),
+        "key_blue": ("B", "#3a86ff")}
 ICONS = {"parent": "◂ ", "folder": "▪ ", "bouquet": "▪ ", "file": "  ", "service": "  "}
 DIM = "#93a1b5"
 
@@ -91,7 +92,7 @@ def _darker(color):
 def draw(picture, columns, lines):
     """The picture on a canvas of that many cells. The last line is the receiver's own."""
     canvas = Canvas(columns, lines)
-    drawer = _Drawer(canvas, columns / WIDTH, (lines - 1) / HEIGHT)
+    drawer = _Drawer(canvas, picture)
     for number, screen in enumerate(picture.screens):
         if number:
             canvas.dim()
@@ -103,8 +104,9 @@ def draw(picture, columns, lines):
 
 
 class _Drawer:
-    def __init__(self, canvas, horizontal, vertical):
-        self.canvas, self.horizontal, self.vertical = canvas, horizontal, vertical
+    def __init__(self, canvas, picture):
+        self.canvas, self.picture = canvas, picture
+        self.horizontal, self.vertical = canvas.columns / picture.width, (canvas.lines - 1) / picture.height
         self.background = "#000000"
 
     def rectangle(self, box):
@@ -118,7 +120,7 @@ class _Drawer:
         self.background = screen.background[:7]
         area = self.rectangle(screen)
         self.canvas.fill(*area, self.background)
-        if screen.width < WIDTH or screen.height < HEIGHT:
+        if screen.width < self.picture.width or screen.height < self.picture.height:
             self.border(*area)
         for box in screen.boxes:
             if box.background and not box.background.endswith("00", 7):

@@ -56,9 +56,11 @@ class DrawTest(unittest.TestCase):
             self.assertEqual([len(line) for line in canvas.cells], [columns] * rows)
 
     def test_alignment(self):
-        boxes = [Box("a", 0, y, 1280, 20, "text", halign=halign) for y, halign in ((0, "left"), (20, "center"), (40, "right"))]
+        boxes = [Box("a", 0, y, 1280, 20, "text", halign=halign)
+                 for y, halign in ((0, "left"), (20, "center"), (40, "right"))]
         self.assertEqual(lines(picture(*boxes))[:3], ["text", " " * 30 + "text", " " * 60 + "text"])
-        boxes = [Box("a", x, 0, 320, 100, "text", valign=valign) for x, valign in ((0, "top"), (320, "center"), (640, "bottom"))]
+        boxes = [Box("a", x, 0, 320, 100, "text", valign=valign)
+                 for x, valign in ((0, "top"), (320, "center"), (640, "bottom"))]
         self.assertEqual([line.split() for line in lines(picture(*boxes))[:5]], [["text"], [], ["text"], [], ["text"]])
 
     def test_long_text_wraps_or_is_cut(self):
@@ -70,8 +72,8 @@ class DrawTest(unittest.TestCase):
         self.assertEqual(lines(picture(Box("a", 0, 0, 200, 40, text, valign="bottom")))[:2], ["7", "8"])
 
     def test_row(self):
-        row = Row("Label", "value", selected=True), Row("Yes", "yes", switch=True), Row("No", "no", switch=False)
-        drawn = lines(picture(ListBox("list", 0, 0, 600, 100, rows=list(row), total=3)), columns=64)
+        rows = [Row("Label", "value", selected=True), Row("Yes", "yes", switch=True), Row("No", "no", switch=False)]
+        drawn = lines(picture(ListBox("list", 0, 0, 600, 100, rows=rows, total=3)), columns=64)
         self.assertEqual(drawn[:3], ["▶ Label            ◂ value   ▸", "  Yes                  yes ●", "  No                    no ○"])
 
     def test_a_long_label_leaves_the_value_alone(self):
@@ -79,7 +81,8 @@ class DrawTest(unittest.TestCase):
         self.assertRegex(drawn[0], "^  L+… +value$")
 
     def test_kinds_of_rows(self):
-        rows = [Row(kind, kind=kind, shortcut="3" if kind == "choice" else "") for kind in ("folder", "marker", "choice", "service")]
+        rows = [Row(kind, kind=kind, shortcut="3" if kind == "choice" else "")
+                for kind in ("folder", "marker", "choice", "service")]
         drawn = lines(picture(ListBox("list", 0, 0, 1280, 100, rows=rows, total=4)))
         self.assertEqual(drawn[:4], ["  ▪ folder", "  ── marker ──", "  3  choice", "    service"])
 

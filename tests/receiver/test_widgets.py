@@ -73,7 +73,8 @@ class FileListTest(TvTest):
         self.assertEqual(widget.getCurrentIndex(), 0)
 
     def test_filters(self):
-        self.assertEqual([path for path, folder in self.rows(self.files(matchingPattern=r"\.dat$")) if not folder], ["B.dat"])
+        files = [path for path, folder in self.rows(self.files(matchingPattern=r"\.dat$")) if not folder]
+        self.assertEqual(files, ["B.dat"])
         self.assertTrue(all(folder for _, folder in self.rows(self.files(showFiles=False))))
 
     def test_names_that_are_no_utf8(self):

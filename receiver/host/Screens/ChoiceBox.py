@@ -1,8 +1,7 @@
 """A pop-up list of choices, each with a key of its own."""
 
-from Components.ActionMap import ActionMap, NumberActionMap
+from Components.ActionMap import NumberActionMap
 from Components.Label import Label
-from Components.MenuList import MenuList
 from Components.ListComponent import ListComponent
 from Screens.Screen import Screen
 from enigma import eListboxPythonMultiContent
