@@ -3,6 +3,7 @@
 import contextlib
 import io
 import sys
+import time
 import traceback
 from collections import deque
 
@@ -11,7 +12,7 @@ from receiver.actions import BREAK, LONG, MAKE, REPEAT
 from receiver.data import env
 from receiver.data.epg_cache import eEPGCache
 from receiver.gui import HERE, Gui
-from receiver.layout import Skin
+from receiver.layout import RESOLUTIONS, Skin
 from receiver.profile import PROFILES
 
 CRASH_SECONDS = 10
@@ -45,12 +46,12 @@ class CrashScreen(dict):
         def __init__(self, text):
             self.text = text
 
-    def __init__(self, trace):
+    def __init__(self, trace, resolution):
         # The marks under the source lines cost more room here than they tell.
         trace = "\n".join(line for line in trace.split("\n") if line.strip(" ^~") or not line.strip())
         super().__init__(trace=self.Text(trace.strip("\n")), hint=self.Text("The GUI starts again in a moment. OK: now"))
-        skin = Skin()
-        skin.load(HERE / "skin" / "hd.xml")
+        skin = Skin(resolution)
+        skin.load(HERE / "skin" / (resolution + ".xml"))
         self.layout = skin.layout(skin.screens["CrashScreen"], problem=print)
 
     def getTitle(self):
@@ -64,14 +65,18 @@ class Receiver:
 
     etc -- the folder that plays /etc/enigma2
     profile -- the image that the host modules imitate, a `Profile`
+    resolution -- the desktop that its skins are made for, one of receiver.layout.RESOLUTIONS
+    now -- the clock of the receiver's day: seconds since 1970, as time.time
     on_change -- called without arguments whenever the picture may have changed; set it to draw. It is called inside
                  the turn, possibly many times: draw later, once.
     """
 
-    def __init__(self, loop, etc, profile=PROFILES["full"]):
+    def __init__(self, loop, etc, profile=PROFILES["full"], resolution="hd", now=time.time):
         env.configure(etc)
         self.loop = loop
         self.profile = profile
+        self.resolution = resolution
+        self.now = now
         self.console = Console()
         self.on_change = lambda: None
         self.is_on = False
@@ -119,12 +124,12 @@ class Receiver:
 
     def picture(self):
         """What the TV shows now, as a `picture.Picture`. An error of what paints a row ends the GUI as any other."""
-        made = []
+        made, size = [], RESOLUTIONS[self.resolution]
         if self.is_on and self.crash is None:
-            self._attempt(lambda: made.extend(picture.make(self._gui.session.screens())))
+            self._attempt(lambda: made.extend(picture.make(self._gui.session.screens(), *size)))
         if self.crash is not None:
-            made = [picture.view(CrashScreen(self.crash))]
-        return picture.Picture(made if self.is_on else [], self._info())
+            made = [picture.view(CrashScreen(self.crash, self.resolution))]
+        return picture.Picture(made if self.is_on else [], self._info(), *size)
 
     def guard(self, function, *arguments):
         """Call something of the GUI. An error ends the GUI: crash screen, then a new start. True if there was none."""
@@ -146,7 +151,7 @@ class Receiver:
         if self._restart_timer is not None:
             self._restart_timer.cancel()
         self.crash = self._restart_timer = None
-        self._gui = Gui(self.loop, self.profile, self.guard, self._quit)
+        self._gui = Gui(self, self._quit)
         self.guard(self._gui.start, first_plugin)
 
     def _end(self):

@@ -7,7 +7,6 @@ import builtins
 import importlib
 import os
 import sys
-import time
 import weakref
 from pathlib import Path
 
@@ -33,14 +32,19 @@ def translate(text):
 
 
 class Gui:
-    """The GUI process. `guard` runs what the loop or a key calls and turns an error into the crash screen."""
+    """The GUI process of a receiver, whose `guard` runs what the loop or a key calls.
 
-    def __init__(self, loop, profile, guard, quit):
-        self.loop = loop
-        self.profile = profile
-        self.guard = guard
+    quit -- called with the exit code when the GUI asks for its end
+    """
+
+    def __init__(self, receiver, quit):
+        self.loop = receiver.loop
+        self.profile = receiver.profile
+        self.resolution = receiver.resolution
+        self.now = receiver.now
+        self.guard = receiver.guard
         self.quit = quit
-        self.actions = ActionMaps(Keymap(profile.keymap))
+        self.actions = ActionMaps(Keymap(self.profile.keymap))
         self.timers = weakref.WeakSet()
         self.session = None
 
@@ -58,7 +62,7 @@ class Gui:
         settings = importlib.import_module("Components.config")
         settings.configfile.load()
         importlib.import_module("Components.UsageConfig").InitUsageConfig(settings.config)
-        _start_epg_cache(settings.config)
+        _start_epg_cache(settings.config, self.now())
         importlib.import_module("skin").loadDefaultSkin()
         plugins = importlib.import_module("Components.PluginComponent").plugins
         plugins.readPluginList()
@@ -84,7 +88,7 @@ class Gui:
         self.session = None
 
 
-def _start_epg_cache(config):
+def _start_epg_cache(config, now):
     """An empty cache, then the events of its file, then those that the broadcast brings; a client receives none."""
     services = eServiceCenter.getInstance()
     services.reload()
@@ -94,7 +98,7 @@ def _start_epg_cache(config):
     cache.load()
     if config.usage.epg.eit.value and not config.misc.epg_is_client_stb.value:
         forbidden = _blacklist() if config.misc.epg_dvb_blacklist_mode.value else ()
-        cache.receive(epg_demo.first_services(services, services.ROOT_TV_FAVOURITES), time.time(), skip=forbidden)
+        cache.receive(epg_demo.first_services(services, services.ROOT_TV_FAVOURITES), now, skip=forbidden)
 
 
 def _blacklist():

@@ -7,6 +7,7 @@ from receiver.picture import HEIGHT, WIDTH
 
 RESOLUTIONS = {"hd": (WIDTH, HEIGHT), "fhd": (1920, 1080)}
 
+
 class SkinError(Exception):
     """Something in a skin that can't be shown; the rest of the screen still is."""
 

@@ -35,6 +35,7 @@ class Box:
     width: int
     height: int
     text: str = ""
+    font: str = "Regular"
     font_size: int = 20
     foreground: str = "#ffffff"
     background: str = None
@@ -89,12 +90,12 @@ class Picture:
         return self.screens[-1]
 
 
-def make(screens):
+def make(screens, width=WIDTH, height=HEIGHT):
     """The views of these open screens, the lowest first. What a full-size screen hides is left out."""
     visible = []
     for screen in reversed(screens):
         visible.insert(0, view(screen))
-        if visible[0].width >= WIDTH and visible[0].height >= HEIGHT:
+        if visible[0].width >= width and visible[0].height >= height:
             break
     return visible
 
@@ -109,7 +110,7 @@ def view(screen):
 
 def _box(element, screen, layout):
     common = dict(x=layout.x + element.x, y=layout.y + element.y, width=element.width, height=element.height,
-                  font_size=element.font_size, foreground=element.foreground, background=element.background,
+                  font=element.font, font_size=element.font_size, foreground=element.foreground, background=element.background,
                   halign=element.halign, valign=element.valign, wrap=element.wrap)
     if element.component is None:
         return Box("panel", text=element.text, **common)

@@ -8,6 +8,7 @@ from receiver.data.service_center import eServiceCenter
 from receiver.listbox import ConfigContent as eListboxPythonConfigContent
 from receiver.listbox import FunctionContent as eListboxPythonMultiContent
 from receiver.listbox import StringContent as eListboxPythonStringContent
+from receiver.layout import RESOLUTIONS
 from receiver.listbox import eListbox
 from receiver.loop import eTimer
 
@@ -27,6 +28,31 @@ class eLabel:
 
 class ePixmap:
     """The widget of a picture."""
+
+
+class eSize:
+    """A size in pixels."""
+
+    def __init__(self, width, height):
+        self._width, self._height = width, height
+
+    def width(self):
+        return self._width
+
+    def height(self):
+        return self._height
+
+
+class eDesktop:
+    """The picture that the screens stand on."""
+
+    def size(self):
+        return eSize(*RESOLUTIONS[running.gui.resolution])
+
+
+def getDesktop(number):
+    """The TV's desktop, which is number 0."""
+    return eDesktop()
 
 
 def quitMainloop(code):

@@ -2,11 +2,12 @@
 
 import xml.etree.ElementTree as ElementTree
 
+from receiver import running
 from receiver.layout import Skin
 from receiver.gui import HERE
 from Tools.Directories import SCOPE_SKIN, resolveFilename
 
-_skin = Skin()
+_skin = Skin(running.gui.resolution)
 
 
 def loadSkin(filename, scope=SCOPE_SKIN, desktop=None, screenID=None):
@@ -21,8 +22,7 @@ def loadSkin(filename, scope=SCOPE_SKIN, desktop=None, screenID=None):
 
 def loadDefaultSkin():
     """The skin of the receiver's own screens."""
-    for path in sorted((HERE / "skin").glob("*.xml")):
-        loadSkin(str(path))
+    loadSkin(str(HERE / "skin" / (running.gui.resolution + ".xml")))
 
 
 def findLayout(screen):
