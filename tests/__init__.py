@@ -1,0 +1,1 @@
+"""The project's tests. docs/testing.md says what runs where."""
