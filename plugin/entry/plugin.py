@@ -1,51 +1,89 @@
-"""What the host's plug-in loader finds: the entry in the plug-in menu and the start of the background timer."""
+"""What the host's plug-in loader finds: the start of the background timer and the ways to the settings screen.
 
-from __future__ import absolute_import
+The compiled module and all that prepares it are imported inside the functions: a module that does not load must not cost
+more than its menu entry.
+"""
+
+from __future__ import absolute_import, print_function
 
 import os
-import sys
+import traceback
 
 from Components.config import configfile
 from Plugins.Plugin import PluginDescriptor
-from skin import loadSkin
+from Screens.MessageBox import MessageBox
+
+from . import menu
+from .texts import translate as _
 
 plugin_path = os.path.dirname(os.path.abspath(__file__))
 
 
-def load_module():
-    """Import the compiled module, which lies in one of this package's folders."""
-    folders = list(sys.modules[__name__.rpartition(".")[0]].__path__)
-    sys.path[:0] = folders
-    try:
-        import Veltro
-    finally:
-        for folder in folders:
-            sys.path.remove(folder)
-    return Veltro
-
-
 def session_start(reason, session=None, **kwargs):
-    """Start the timer that saves or loads the EPG."""
+    """The GUI runs: record its session and start the timer that saves or loads the EPG."""
     if reason == 0 and session is not None:
-        timer = load_module().epg_timer
-        timer.setSession(session)
-        timer.init_timer()
+        try:
+            timer = load().epg_timer
+            timer.setSession(session)
+            timer.init_timer()
+        except Exception:
+            print("[Veltro] the EPG timer was not started:\n" + traceback.format_exc())
 
 
 def main(session, **kwargs):
-    """Open the settings screen."""
-    session.openWithCallback(closed, load_module().Veltro, plugin_path)
+    """Open the settings screen, or say why that can't be done."""
+    try:
+        load()
+    except Exception as error:
+        print("[Veltro] the module does not load:\n" + traceback.format_exc())
+        reason = traceback.format_exception_only(type(error), error)[-1].strip()
+        session.open(MessageBox, _("Veltro can't be loaded: %s") % reason, MessageBox.TYPE_ERROR)
+    else:
+        open_settings(session)
 
 
-def closed(*result):
-    """The screen saves its settings one by one; only this puts them into the settings file."""
-    configfile.save()
+def load():
+    """The compiled module, made ready for this host."""
+    from . import loading
+    return loading.load()
+
+
+def open_settings(session):
+    """Open the settings screen; when it closes, make its changes last and take effect."""
+    from .bridge import guard
+    module = load()
+
+    def opened():
+        before = timing(module)
+
+        def closed(*result):
+            configfile.save()  # the screen has saved its settings one by one, which a crash would lose
+            if timing(module) != before:
+                module.epg_timer.init_timer()  # a period of 0 had ended the timer's cycle
+
+        guard.session_of(session).openWithCallback(closed, module.Veltro, plugin_path)
+
+    guard.guarded(opened, guard.show_in(session))()
+
+
+def timing(module):
+    """What the timer depends on."""
+    misc = module.config.misc
+    return int(misc.epg_data_timer.value), bool(misc.epg_is_client_stb.value)
+
+
+def in_menu(menuid):
+    """What one of the host's menus gets: the settings screen, where the image keeps its EPG settings."""
+    if menuid != menu.of_epg_settings():
+        return []
+    return [(_("EPG settings (Veltro)"), main, "veltro", 50)]
 
 
 def Plugins(path, **kwargs):
     """The plug-in's entries, asked for by the host when it starts."""
-    loadSkin(os.path.join(plugin_path, "skins", "hd.xml"))
     return [
-        PluginDescriptor(name="Veltro", where=[PluginDescriptor.WHERE_SESSIONSTART], fnc=session_start),
-        PluginDescriptor(name="Veltro", description=_("EPG settings"), where=[PluginDescriptor.WHERE_PLUGINMENU], fnc=main),
+        PluginDescriptor(name="Veltro", where=PluginDescriptor.WHERE_SESSIONSTART, fnc=session_start),
+        PluginDescriptor(name="Veltro", where=PluginDescriptor.WHERE_MENU, fnc=in_menu),
+        PluginDescriptor(name="Veltro", description=_("EPG settings"), where=PluginDescriptor.WHERE_PLUGINMENU,
+                         icon="plugin.png", fnc=main),
     ]

@@ -1,0 +1,124 @@
+"""The configuration keys: where the host keeps what the module asks for, and new ones for what no host has.
+
+The module gets a view of the configuration tree in which every key stands at the path that it uses. What the host has
+at another path is shown there, the same element; it is not put into the host's tree a second time, where it would be
+stored twice. A new element must be in the host's tree, since only that is stored.
+"""
+
+from __future__ import absolute_import
+
+from Components import config as host
+from enigma import eEPGCache
+
+from ..texts import translate as _
+from .cache_file import CacheFile, is_rebuilt
+
+
+def _on():
+    return host.ConfigYesNo(default=True)
+
+
+def _off():
+    return host.ConfigYesNo(default=False)
+
+
+def _selection(default, *choices):
+    return lambda: host.ConfigSelection([(value, _(text)) for value, text in choices], default=default)
+
+
+def _numbers(default, *numbers):
+    # A number element would show leading zeros, and a choice of every number would have no end.
+    return _selection(default, *[(str(number), str(number)) for number in numbers])
+
+
+_views = _selection("multi", ("single", "Single EPG"), ("multi", "Multi EPG"), ("graphical", "Graphical multi EPG"))
+_ages = _numbers("0", 0, 15, 30, 60, 120, 180, 240, 360, 720, 1440)  # minutes
+_days = _numbers("7", 1, 2, 3, 4, 5, 6, 7, 10, 14, 21, 28)
+_minutes = _numbers("0", 0, 5, 10, 15, 20, 30, 45, 60, 90, 120, 180, 240, 360, 480, 720, 1440)
+_languages = _selection(
+    "", ("", "None"), ("ces cze", "Czech"), ("deu ger", "German"), ("eng", "English"), ("fra fre", "French"),
+    ("ita", "Italian"), ("nld dut", "Dutch"), ("pol", "Polish"), ("rus", "Russian"), ("spa", "Spanish"),
+    ("tur", "Turkish"))
+
+# Each key: its path, where hosts have it if not there, and how to make it if they have it nowhere.
+KEYS = (
+    ("usage.multiepg_ask_bouquet", None, _off),
+    ("misc.timer_show_movie_available", None, _on),
+    ("usage.epg_default_view", "plisettings.PLIEPG_mode", _views),
+    ("usage.epg_buffer", "epg.maxdays", _days),
+    ("usage.show_old_epg", "epg.histminutes", _ages),
+    ("usage.show_nownext_eit", "usage.show_eit_nownext", _on),
+    ("usage.autolanguage.epglanguage", "autolanguage.audio_epglanguage", _languages),
+    ("usage.autolanguage.epglanguage_alternative", "autolanguage.audio_epglanguage_alternative", _languages),
+    ("usage.epg.eit", "epg.eit", _on),
+    ("usage.epg.mhw", "epg.mhw", _off),
+    ("usage.epg.freesat", "epg.freesat", _on),
+    ("usage.epg.viasat", "epg.viasat", _on),
+    ("usage.epg.netmed", "epg.netmed", _on),
+    ("usage.epg.virgin", "epg.virgin", _off),
+    ("misc.epg_dvb_blacklist_mode", None, _off),
+    ("misc.epg_is_client_stb", None, _off),
+    ("misc.epg_data_timer", None, _minutes),
+    ("misc.epgcache_filename", None, lambda: host.ConfigText(default="/media/hdd/epg.dat", fixed_size=False)),
+)
+
+
+def changes():
+    """A view of the tree with every key in its place; nothing if all are there already."""
+    shown = {}
+    for path, elsewhere, make in KEYS:
+        if _find(path) is None:
+            found = elsewhere and _find(elsewhere)
+            shown[path] = found if found is not None else _create(path, make())
+    if "misc.epg_is_client_stb" in shown:
+        _stop_saving_of_clients(shown["misc.epg_is_client_stb"])
+    if is_rebuilt(host.config.misc):
+        shown["misc.epgcache_filename"] = CacheFile(host.config.misc)
+    return {"Components.config": {"config": View(host.config, shown)}} if shown else {}
+
+
+class View(object):
+    """A branch of the tree with some elements at other places: `shown` has them by their paths from here."""
+
+    def __init__(self, branch, shown):
+        self._branch = branch
+        for name in set(path.split(".")[0] for path in shown):
+            if name in shown:
+                setattr(self, name, shown[name])
+            else:
+                below = dict((path[len(name) + 1:], shown[path]) for path in shown if path.startswith(name + "."))
+                setattr(self, name, View(getattr(branch, name, None), below))
+
+    def __getattr__(self, name):
+        return getattr(self._branch, name)
+
+
+def _find(path):
+    """The host's element, None where it has none."""
+    node = host.config
+    for name in path.split("."):
+        node = getattr(node, name, None)
+    return node
+
+
+def _create(path, element):
+    """Put a new element into the host's tree, which gives it the stored value."""
+    branch, names = host.config, path.split(".")
+    for name in names[:-1]:
+        if getattr(branch, name, None) is None:
+            setattr(branch, name, host.ConfigSubsection())
+        branch = getattr(branch, name)
+    setattr(branch, names[-1], element)
+    return element
+
+
+def _stop_saving_of_clients(client):
+    """Where the host's cache has a switch for saving, an EPG client turns it off, and back to the user's own setting."""
+    if not hasattr(eEPGCache.getInstance(), "setSave"):
+        return
+    save = _find("epg.saveepg")
+
+    def switch(*element):
+        eEPGCache.getInstance().setSave(not client.value and (save is None or bool(save.value)))
+
+    client.addNotifier(switch)

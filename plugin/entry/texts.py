@@ -1,0 +1,48 @@
+"""Translations: the host's catalogue first, then the plug-in's own in locale/<language>/LC_MESSAGES/Veltro.mo."""
+
+from __future__ import absolute_import
+
+import gettext
+import os
+import sys
+
+try:
+    import builtins
+except ImportError:  # Python 2.7
+    import __builtin__ as builtins
+
+DOMAIN = "Veltro"
+PACKAGE = __name__.rpartition(".")[0]
+
+_catalogues = {}
+
+
+def translate(text):
+    """The text in the GUI's language; as it is where nobody has a translation. On Python 2.7 all are UTF-8 bytes."""
+    if not text:
+        return text  # catalogues answer the empty text with their header
+    translated = getattr(builtins, "_", str)(text)
+    return _catalogue(_language()).gettext(text) if translated == text else translated
+
+
+def install(module):
+    """Give `translate` to the compiled module as its own `_`; the one in the built-ins is everybody's."""
+    module._ = translate
+
+
+def _language():
+    """The GUI's language such as de_DE; it may change while the GUI runs."""
+    try:
+        from Components.Language import language
+        return language.getLanguage()
+    except Exception:
+        return os.environ.get("LANGUAGE", "").split(":")[0]
+
+
+def _catalogue(language):
+    if language not in _catalogues:
+        folders = [os.path.join(folder, "locale") for folder in sys.modules[PACKAGE].__path__]
+        found = [folder for folder in folders if language and gettext.find(DOMAIN, folder, [language])]
+        _catalogues[language] = (gettext.translation(DOMAIN, found[0], [language]) if found
+                                 else gettext.NullTranslations())
+    return _catalogues[language]
