@@ -1,0 +1,7 @@
+# MIPS32 little endian with hard float, release 1 of the instruction set: the oldest of these boxes know no later one.
+# The compiler's own C++ library is built for release 2; packaging/mips32-personality makes the one part of it that shows.
+set(CMAKE_SYSTEM_NAME Linux)
+set(CMAKE_SYSTEM_PROCESSOR mips)
+set(CMAKE_CXX_COMPILER mipsel-linux-gnu-g++)
+set(CMAKE_CXX_FLAGS_INIT "-march=mips32")
+set(CMAKE_MODULE_LINKER_FLAGS_INIT "${CMAKE_CURRENT_LIST_DIR}/../../build/sysroot/mipsel/eh_personality.o")
