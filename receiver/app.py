@@ -122,6 +122,12 @@ class Receiver:
         elif key == "ok" and flag == MAKE:
             self._start()
 
+    @property
+    def is_closing(self):
+        """Whether a screen is just going: until the one below runs again, which takes a turn or two, nobody gets a key."""
+        session = self._gui.session if self.is_on else None
+        return session is not None and not session.in_exec
+
     def picture(self):
         """What the TV shows now, as a `picture.Picture`. An error of what paints a row ends the GUI as any other."""
         made, size = [], RESOLUTIONS[self.resolution]

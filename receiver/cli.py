@@ -6,12 +6,17 @@ import contextlib
 import os
 import re
 import shutil
+import signal
+import subprocess
 import sys
+import time
+from pathlib import Path
 
 from receiver import text_tv
 from receiver.actions import KEYS
 from receiver.app import Receiver
 from receiver.gui import HERE
+from receiver.layout import RESOLUTIONS
 from receiver.loop import VirtualLoop
 from receiver.profile import PROFILES
 
@@ -19,12 +24,14 @@ SAMPLE = HERE / "sample"
 SAMPLE_COPY = HERE.parent / "build" / "etc"
 
 HELP = """
-keys in the terminal:
+Without --terminal, --keys or --shot the TV is shown in a browser, at http://127.0.0.1:8420.
+
+keys in the browser and in the terminal:
   arrows, Enter, Esc          the arrows, OK, EXIT
   F1 F2 F3 F4                 RED GREEN YELLOW BLUE
   0-9, t, r, m, i, e          digits, TV, RADIO, MENU, INFO, EPG
   PageUp PageDown Home End    CHANNEL+ CHANNEL- PREVIOUS NEXT
-  q                           switch the receiver off
+  q                           in the terminal: switch the receiver off
 The receiver's console is on standard error: seen with --keys, kept with 2>FILE.
 
 words for --keys:
@@ -42,18 +49,30 @@ class UsageError(Exception):
 def arguments(command_line):
     words = re.sub(r"(.{1,70})(?: |$)", r"\1\n  ", " ".join(KEYS)).strip()
     parser = argparse.ArgumentParser(
-        prog="script/run", description="A small enigma2-like receiver that runs Veltro in the terminal.",
+        prog="script/run", description="A small enigma2-like receiver that runs Veltro.",
         epilog=HELP % words, formatter_class=argparse.RawDescriptionHelpFormatter, allow_abbrev=False)
     parser.error = _usage_error
     parser.add_argument("--etc", metavar="DIR", help="use a receiver's own /etc/enigma2 folder, in place: settings and "
                         "blacklist are written there; without it a sample in build/etc is used")
+    parser.add_argument("--skin", choices=RESOLUTIONS, default="hd", dest="resolution",
+                        help="the desktop that skins are made for: hd is 1280x720 (default), fhd 1920x1080")
+    parser.add_argument("--port", metavar="N", type=_port, help="the TV in a browser: listen on this port of this "
+                        "machine; 0 takes any free one (default 8420, or a free one if that is taken)")
+    parser.add_argument("--terminal", action="store_true", help="the TV in this terminal")
     parser.add_argument("--keys", metavar="KEYS", help="press these keys, separated by blanks, without a terminal, and "
                         "print the picture as text")
     parser.add_argument("--print", choices=("all", "last"), default="last", dest="pictures",
                         help="with --keys: print the picture after every key, or the last one only (default)")
     parser.add_argument("--size", metavar="COLUMNSxLINES", type=_size, default=(100, 37),
                         help="with --keys: the printed picture's size in characters (default 100x37)")
+    parser.add_argument("--shot", metavar="FILE.png", help="write the picture, after --keys if there are any, as a PNG")
     return parser.parse_args(command_line)
+
+
+def _port(text):
+    if not text.isdigit() or int(text) > 65535:
+        raise argparse.ArgumentTypeError("a port is a number up to 65535: %s" % text)
+    return int(text)
 
 
 def _usage_error(message):
@@ -108,16 +127,12 @@ def etc_folder(chosen):
     return chosen
 
 
-def run_keys(loop, etc, profile, steps, pictures, size):
+def run_keys(receiver, steps, pictures, size):
     """Press the keys on a clock of the receiver's own and print what the TV shows."""
-    receiver = Receiver(loop, etc, profile)
-    receiver.console.on_line = lambda line: print(line, file=sys.stderr)
-
     def show(heading=""):
         print(heading + text_tv.draw(receiver.picture(), *size).text())
 
-    receiver.switch_on()
-    loop.settle()
+    play(receiver, [])
     if pictures == "all":
         show()
     for word, step in steps:
@@ -130,32 +145,84 @@ def run_keys(loop, etc, profile, steps, pictures, size):
     sys.stdout.flush()
 
 
-def run_terminal(loop, etc, profile):
+def play(receiver, steps):
+    """Switch a receiver on a virtual loop on, and press the keys."""
+    receiver.switch_on()
+    receiver.loop.settle()
+    for _, step in steps:
+        step(receiver)
+
+
+def run_shot(receiver, steps, path):
+    """Press the keys on a clock of the receiver's own and write the picture as a PNG."""
+    from receiver.web import camera
+    play(receiver, steps)
+    document = camera.picture_document(receiver)
+    receiver.switch_off()
+    try:
+        with camera.browser() as browser:
+            image = camera.photograph(browser, document, *RESOLUTIONS[receiver.resolution])
+        Path(path).write_bytes(image)
+    except OSError as error:
+        raise UsageError("--shot: %s: %s" % (path, error.strerror)) from error
+    except camera.NoBrowser as error:
+        raise UsageError("--shot: %s" % error) from error
+
+
+def run_terminal(receiver):
     """The TV in this terminal. The console would disturb the picture: it goes to standard error if that is a file."""
     from receiver.terminal import Terminal
-    receiver = Receiver(loop, etc, profile)
-    if not sys.stderr.isatty():
+    if sys.stderr.isatty():
+        receiver.console.on_line = lambda line: None
+    Terminal(receiver, receiver.loop).run()
+
+
+def run_browser(receiver, port):
+    """The TV in a browser, which is opened if there is a desktop."""
+    from receiver.web.server import PortTaken, Server
+    server = Server(receiver)
+
+    def ready():
+        print("The TV is at %s   Ctrl-C ends it" % server.address, flush=True)
+        if (os.environ.get("DISPLAY") or os.environ.get("WAYLAND_DISPLAY")) and shutil.which("xdg-open"):
+            subprocess.Popen(["xdg-open", server.address], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                             stderr=subprocess.DEVNULL, start_new_session=True)
+
+    try:
+        receiver.loop.run_until_complete(server.run(port, ready))
+    except PortTaken as error:
+        raise UsageError("--port: %s" % error) from error
+
+
+def run(options):
+    """Run the receiver as the options say."""
+    steps = parse_keys(options.keys or "")
+    scripted = options.keys is not None or options.shot is not None
+    if options.terminal and not scripted and not (sys.stdin.isatty() and sys.stdout.isatty()):
+        raise UsageError("--terminal needs a terminal; --keys works without one")
+    with contextlib.closing(VirtualLoop() if scripted else asyncio.new_event_loop()) as loop:
+        start = time.time()
+        receiver = Receiver(loop, etc_folder(options.etc), PROFILES["full"], options.resolution,
+                            now=(lambda: start + loop.time()) if scripted else time.time)
         receiver.console.on_line = lambda line: print(line, file=sys.stderr, flush=True)
-    Terminal(receiver, loop).run()
+        if options.shot is not None:
+            run_shot(receiver, steps, options.shot)
+        elif scripted:
+            run_keys(receiver, steps, options.pictures, options.size)
+        elif options.terminal:
+            run_terminal(receiver)
+        else:
+            run_browser(receiver, options.port)
 
 
 def main(command_line=None):
     try:
-        options = arguments(command_line)
-        steps = parse_keys(options.keys or "")
-        etc = etc_folder(options.etc)
-        profile = PROFILES["full"]
-        if options.keys is not None:
-            with contextlib.closing(VirtualLoop()) as loop:
-                run_keys(loop, etc, profile, steps, options.pictures, options.size)
-        elif sys.stdin.isatty() and sys.stdout.isatty():
-            with contextlib.closing(asyncio.new_event_loop()) as loop:
-                run_terminal(loop, etc, profile)
-        else:
-            raise UsageError("the TV needs a terminal; --keys works without one")
+        run(arguments(command_line))
     except UsageError as error:
         print("script/run: %s" % error, file=sys.stderr)
         sys.exit(2)
+    except KeyboardInterrupt:
+        sys.exit(128 + signal.SIGINT)
     except BrokenPipeError:
         # Whoever read the pictures has seen enough; the interpreter must not complain at its end either.
         os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())

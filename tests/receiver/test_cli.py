@@ -100,10 +100,10 @@ class RefusalTest(unittest.TestCase):
         self.assertIn("extra", self.refused("extra"))
 
     def test_no_terminal(self):
-        result = subprocess.run([sys.executable, "-m", "receiver"], cwd=ROOT, stdin=subprocess.DEVNULL,
+        result = subprocess.run([sys.executable, "-m", "receiver", "--terminal"], cwd=ROOT, stdin=subprocess.DEVNULL,
                                 capture_output=True, text=True)
         self.assertEqual(result.returncode, 2)
-        self.assertEqual(result.stderr, "script/run: the TV needs a terminal; --keys works without one\n")
+        self.assertEqual(result.stderr, "script/run: --terminal needs a terminal; --keys works without one\n")
 
 
 class ProcessTest(TvTest):

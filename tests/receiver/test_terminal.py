@@ -32,7 +32,7 @@ class TerminalTest(TvTest):
 
     def start(self, *command):
         self.process = subprocess.Popen(
-            command or [sys.executable, "-m", "receiver", "--etc", str(self.etc)], cwd=HERE.parent, stdin=self.slave,
+            command or [sys.executable, "-m", "receiver", "--terminal", "--etc", str(self.etc)], cwd=HERE.parent, stdin=self.slave,
             stdout=self.slave, stderr=subprocess.PIPE, start_new_session=True,
             env={**os.environ, "TERM": "xterm-256color", "COLORTERM": "truecolor", "LC_ALL": "C.UTF-8"})
         self.addCleanup(self.process.stderr.close)
