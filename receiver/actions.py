@@ -11,20 +11,25 @@ KEYS = ("up", "down", "left", "right", "ok", "exit", "red", "green", "yellow", "
 
 
 class Keymap:
-    """Which action each context makes of a key: `lookup(context, key, flag)`."""
+    """Which action each context makes of a key: `lookup(context, key, flag)`. A context is the last file's that has it."""
 
-    def __init__(self, path):
+    def __init__(self, *paths):
         self._actions = defaultdict(dict)
-        for context in ElementTree.parse(path).getroot().iter("map"):
-            for entry in context.iter("key"):
-                key = entry.get("id")[len("KEY_"):].lower()
-                if key not in KEYS:
-                    raise ValueError("%s: the remote has no key %s" % (path, entry.get("id")))
-                for flag in entry.get("flags", MAKE):
-                    self._actions[context.get("context")][key, flag] = entry.get("mapto")
+        for path in paths:
+            for context in ElementTree.parse(path).getroot().iter("map"):
+                self._actions[context.get("context")] = dict(_entries(path, context))
 
     def lookup(self, context, key, flag):
         return self._actions[context].get((key, flag))
+
+
+def _entries(path, context):
+    for entry in context.iter("key"):
+        key = entry.get("id")[len("KEY_"):].lower()
+        if key not in KEYS:
+            raise ValueError("%s: the remote has no key %s" % (path, entry.get("id")))
+        for flag in entry.get("flags", MAKE):
+            yield (key, flag), entry.get("mapto")
 
 
 class _Binding:

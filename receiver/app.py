@@ -163,6 +163,7 @@ class Receiver:
     def _end(self):
         if self.crash is None:
             self.guard(self._gui.save_settings)
+            self.guard(self._gui.save_epg)
         self._gui.stop()
 
     def _quit(self, code):

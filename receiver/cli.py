@@ -54,6 +54,9 @@ def arguments(command_line):
     parser.error = _usage_error
     parser.add_argument("--etc", metavar="DIR", help="use a receiver's own /etc/enigma2 folder, in place: settings and "
                         "blacklist are written there; without it a sample in build/etc is used")
+    parser.add_argument("--host", choices=PROFILES, default="full",
+                        help="the image to be like, with what it lacks and does in its own way; full (default) has "
+                        "everything that plug-ins ask for")
     parser.add_argument("--skin", choices=RESOLUTIONS, default="hd", dest="resolution",
                         help="the desktop that skins are made for: hd is 1280x720 (default), fhd 1920x1080")
     parser.add_argument("--port", metavar="N", type=_port, help="the TV in a browser: listen on this port of this "
@@ -202,7 +205,7 @@ def run(options):
         raise UsageError("--terminal needs a terminal; --keys works without one")
     with contextlib.closing(VirtualLoop() if scripted else asyncio.new_event_loop()) as loop:
         start = time.time()
-        receiver = Receiver(loop, etc_folder(options.etc), PROFILES["full"], options.resolution,
+        receiver = Receiver(loop, etc_folder(options.etc), PROFILES[options.host], options.resolution,
                             now=(lambda: start + loop.time()) if scripted else time.time)
         receiver.console.on_line = lambda line: print(line, file=sys.stderr, flush=True)
         if options.shot is not None:

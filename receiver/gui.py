@@ -4,6 +4,7 @@ A restart makes a new one and imports every host module and plug-in afresh, as a
 """
 
 import builtins
+import functools
 import importlib
 import os
 import sys
@@ -17,6 +18,7 @@ from receiver.data.epg_cache import eEPGCache
 from receiver.data.files import read_lines
 from receiver.data.reference import eServiceReference
 from receiver.data.service_center import eServiceCenter
+from receiver.imitation import imitate
 from receiver.session import Session
 
 HERE = Path(__file__).resolve().parent
@@ -44,7 +46,7 @@ class Gui:
         self.now = receiver.now
         self.guard = receiver.guard
         self.quit = quit
-        self.actions = ActionMaps(Keymap(self.profile.keymap))
+        self.actions = ActionMaps(Keymap(*self.profile.keymaps))
         self.timers = weakref.WeakSet()
         self.session = None
 
@@ -59,10 +61,12 @@ class Gui:
             sys.path.insert(0, str(HOST_MODULES))
         builtins._ = translate
         builtins.ngettext = lambda one, many, count: one if count == 1 else many
+        eEPGCache.getInstance().clearDB()
+        imitate(self.profile)
         settings = importlib.import_module("Components.config")
         settings.configfile.load()
-        importlib.import_module("Components.UsageConfig").InitUsageConfig(settings.config)
-        _start_epg_cache(settings.config, self.now())
+        importlib.import_module("Components.UsageConfig").InitUsageConfig(settings.config, self.profile)
+        self._start_epg_cache(settings.config)
         importlib.import_module("skin").loadDefaultSkin()
         plugins = importlib.import_module("Components.PluginComponent").plugins
         plugins.readPluginList()
@@ -74,31 +78,43 @@ class Gui:
             if menu:
                 menu[0](session=self.session)
 
+    def _start_epg_cache(self, config):
+        """The events of the cache's file, then those that the broadcast brings; a client receives none."""
+        def is_on(path):
+            path = self.profile.keys.get(path, path)
+            return path is not None and find(config, path).value
+        services = eServiceCenter.getInstance()
+        services.reload()
+        cache = importlib.import_module("enigma").eEPGCache.getInstance()
+        cache.setCacheFile(config.misc.epgcache_filename.value)
+        cache.load()
+        if is_on("usage.epg.eit") and not is_on("misc.epg_is_client_stb"):
+            forbidden = _blacklist() if is_on("misc.epg_dvb_blacklist_mode") else ()
+            eEPGCache.getInstance().receive(epg_demo.first_services(services, services.ROOT_TV_FAVOURITES), self.now(),
+                                            skip=forbidden)
+
     def save_settings(self):
         """Write the settings file, if that changes anything: looking around leaves a folder as it is."""
         configfile = importlib.import_module("Components.config").configfile
         if configfile.isChanged():
             configfile.save()
 
+    def save_epg(self):
+        """What an image does at its end."""
+        if self.profile.saves_at_end:
+            importlib.import_module("enigma").eEPGCache.getInstance().save()
+
     def stop(self):
         """End the process: no timer fires any more, no key reaches a screen."""
         for timer in list(self.timers):
             timer.stop()
-        self.actions = ActionMaps(Keymap(self.profile.keymap))
+        self.actions = ActionMaps(Keymap(*self.profile.keymaps))
         self.session = None
 
 
-def _start_epg_cache(config, now):
-    """An empty cache, then the events of its file, then those that the broadcast brings; a client receives none."""
-    services = eServiceCenter.getInstance()
-    services.reload()
-    cache = eEPGCache.getInstance()
-    cache.clearDB()
-    cache.setCacheFile(config.misc.epgcache_filename.value)
-    cache.load()
-    if config.usage.epg.eit.value and not config.misc.epg_is_client_stb.value:
-        forbidden = _blacklist() if config.misc.epg_dvb_blacklist_mode.value else ()
-        cache.receive(epg_demo.first_services(services, services.ROOT_TV_FAVOURITES), now, skip=forbidden)
+def find(config, path):
+    """The configuration element with a path such as "usage.epg.eit"."""
+    return functools.reduce(getattr, path.split("."), config)
 
 
 def _blacklist():

@@ -24,10 +24,7 @@ class Session:
         """
         if self.dialog_stack and not self.in_exec:
             raise RuntimeError("modal open are allowed only from a screen which is modal!")
-        if self.current_dialog is not None:
-            self._execEnd()
-            self.dialog_stack.append(self.current_dialog)
-        self.current_dialog = None
+        self.pushCurrent()
         dialog = self.instantiateDialog(screen, *arguments, **kwargs)
         self.current_dialog = dialog
         self._execBegin()
@@ -38,6 +35,19 @@ class Session:
         dialog = self.open(screen, *arguments, **kwargs)
         dialog.callback = callback
         return dialog
+
+    def pushCurrent(self):
+        """Stop the screen on top and put it aside."""
+        if self.current_dialog is not None:
+            self._execEnd()
+            self.dialog_stack.append(self.current_dialog)
+        self.current_dialog = None
+
+    def popCurrent(self):
+        """Let the screen run again that was put aside last."""
+        self.current_dialog = self.dialog_stack.pop() if self.dialog_stack else None
+        if self.current_dialog is not None:
+            self._execBegin()
 
     def instantiateDialog(self, screen, *arguments, **kwargs):
         """Construct a screen and give it its layout, without showing it."""
@@ -56,9 +66,7 @@ class Session:
     def _finishClose(self):
         callback, result = self.current_dialog.callback, self._result
         self.current_dialog.doClose()
-        self.current_dialog = self.dialog_stack.pop() if self.dialog_stack else None
-        if self.current_dialog is not None:
-            self._execBegin()
+        self.popCurrent()
         if callback is not None:
             callback(*result)
 

@@ -55,7 +55,7 @@ def _stand_ins(changes):
 
 def _changed_copy(name, changes):
     copy = types.ModuleType(name)
-    if name in sys.modules:
+    if sys.modules.get(name) is not None:  # None says that there is no such module
         vars(copy).update(vars(sys.modules[name]))
     vars(copy).update(changes)
     if "__all__" in vars(copy):

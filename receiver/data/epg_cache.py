@@ -129,6 +129,10 @@ class eEPGCache:
         """Forget every event. The file is not touched."""
         self._events = {}
 
+    def size(self):
+        """How many bytes `save` would write."""
+        return len(pack(self._events))
+
     def counts(self):
         """(events, services) in the cache."""
         return sum(map(len, self._events.values())), len(self._events)

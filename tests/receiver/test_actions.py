@@ -104,7 +104,7 @@ class FullKeymapTest(unittest.TestCase):
     """What the module's labels expect of the host that offers everything."""
 
     def test_color_keys(self):
-        keys = Keymap(PROFILES["full"].keymap)
+        keys = Keymap(*PROFILES["full"].keymaps)
         colors = ("red", "green", "yellow", "blue")
         self.assertEqual([keys.lookup("ColorActions", key, MAKE) for key in colors], list(colors))
         self.assertEqual([keys.lookup("ChannelSelectBaseActions", key, MAKE) for key in colors],
@@ -112,7 +112,7 @@ class FullKeymapTest(unittest.TestCase):
         self.assertIsNone(keys.lookup("SetupActions", "red", MAKE))
 
     def test_every_action_that_the_module_asks_for_has_a_key(self):
-        keys = Keymap(PROFILES["full"].keymap)
+        keys = Keymap(*PROFILES["full"].keymaps)
         wanted = {"SetupActions": ["ok", "cancel", "up", "down"], "DirectionActions": ["up", "down", "left", "right"],
                   "WizardActions": ["ok", "back"], "OkCancelActions": ["ok", "cancel"],
                   "TvRadioActions": ["keyTV", "keyRadio"]}

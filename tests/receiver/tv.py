@@ -21,7 +21,9 @@ SAMPLE = HERE / "sample"
 
 
 class TvTest(unittest.TestCase):
-    """A test with a receiver, switched off, whose etc folder is a copy of the sample."""
+    """A test with a receiver, switched off, whose etc folder is a copy of the sample. `image` names its profile."""
+
+    image = "full"
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -34,7 +36,7 @@ class TvTest(unittest.TestCase):
         """Another receiver with the same etc folder, on a host with other `facts` (fields of its profile)."""
         loop = VirtualLoop()
         self.addCleanup(loop.close)
-        self.receiver = Receiver(loop, str(self.etc), replace(PROFILES["full"], **facts))
+        self.receiver = Receiver(loop, str(self.etc), replace(PROFILES[self.image], **facts))
         self.addCleanup(self.receiver.switch_off)
         return self.receiver
 

@@ -73,7 +73,8 @@ class ConfigListScreen:
     def __init__(self, list, session=None, on_change=None, fullUI=False):
         self.entryChanged = on_change or (lambda: None)
         self["config"] = ConfigList(list, session or self.session)
-        if "description" not in self:
+        self._describes = running.gui.profile.describes_rows
+        if self._describes and "description" not in self:
             self["description"] = StaticText()
         move = self["config"]
         self["navigationActions"] = ActionMap(["NavigationActions"], {
@@ -131,5 +132,7 @@ class ConfigListScreen:
 
     def _describe(self):
         """Show the help text of the current row, which is its third field."""
+        if not self._describes:
+            return
         row = self["config"].getCurrent()
         self["description"].text = row[2] if row is not None and len(row) > 2 and isinstance(row[2], str) else ""

@@ -1,11 +1,13 @@
 """The keys that the receiver's settings screens show: their kinds of value, choices and defaults."""
+import glob
 import os
+from importlib import import_module
 
 from Components.config import (
     ConfigInteger, ConfigSelection, ConfigSelectionNumber, ConfigSubsection, ConfigText, ConfigYesNo)
 from Components.config_elements import translate
 from receiver.data import env
-from receiver.data.epg_cache import eEPGCache
+from receiver.profile import PROFILES
 
 VIEWS = (("single", "Single EPG"), ("multi", "Multi EPG"), ("graphical", "Graphical multi EPG"),
          ("vertical", "Vertical EPG"), ("eventview", "Event view"))
@@ -33,36 +35,59 @@ def _ages():
             for unit, one, many, counts in units for count in counts]
 
 
-def InitUsageConfig(config):
-    """Define every key on `config`. The folders must be chosen (`env.configure`) and `_` installed, if at all. Stored
-    texts apply whether `configfile.load()` comes before or after."""
-    _init_usage(config)
-    _init_misc(config.misc)
+# Every key with what makes its element, at the place where a plug-in looks for it; images have most of them elsewhere.
+KEYS = {
+    "usage.multiepg_ask_bouquet": lambda: ConfigYesNo(default=False),
+    "misc.timer_show_movie_available": lambda: ConfigYesNo(default=True),
+    "usage.epg_default_view": lambda: ConfigSelection(_translated(VIEWS), default="graphical"),
+    "usage.epg_buffer": lambda: ConfigSelectionNumber(1, 28, 1, default=7),
+    "usage.show_old_epg": lambda: ConfigSelection(_ages(), default=0),
+    "usage.show_nownext_eit": lambda: ConfigYesNo(default=True),
+    "usage.autolanguage.epglanguage": lambda: ConfigSelection(_translated(LANGUAGES), default=""),
+    "usage.autolanguage.epglanguage_alternative": lambda: ConfigSelection(_translated(LANGUAGES), default=""),
+    "usage.epg.eit": lambda: ConfigYesNo(default=True),
+    "usage.epg.mhw": lambda: ConfigYesNo(default=False),
+    "usage.epg.freesat": lambda: ConfigYesNo(default=True),
+    "usage.epg.viasat": lambda: ConfigYesNo(default=True),
+    "usage.epg.netmed": lambda: ConfigYesNo(default=True),
+    "usage.epg.virgin": lambda: ConfigYesNo(default=False),
+    "misc.epg_dvb_blacklist_mode": lambda: ConfigYesNo(default=False),
+    "misc.epg_is_client_stb": lambda: ConfigYesNo(default=False),
+    "misc.epg_data_timer": lambda: ConfigInteger(default=60, limits=(0, 1440), step=5),
+    "misc.epgcache_filename": lambda: ConfigText(default=env.epg_file(), fixed_size=False),
+}
 
 
-def _init_usage(config):
-    usage = config.usage = ConfigSubsection()
-    usage.multiepg_ask_bouquet = ConfigYesNo(default=False)
-    usage.epg_default_view = ConfigSelection(_translated(VIEWS), default="graphical")
-    usage.epg_buffer = ConfigSelectionNumber(1, 28, 1, default=7)
-    usage.show_old_epg = ConfigSelection(_ages(), default=0)
-    usage.show_nownext_eit = ConfigYesNo(default=True)
-    usage.autolanguage = ConfigSubsection()
-    usage.autolanguage.epglanguage = ConfigSelection(_translated(LANGUAGES), default="")
-    usage.autolanguage.epglanguage_alternative = ConfigSelection(_translated(LANGUAGES), default="")
-    usage.epg = ConfigSubsection()
-    for source, default in (("eit", True), ("mhw", False), ("freesat", True), ("viasat", True), ("netmed", True),
-                            ("virgin", False)):
-        setattr(usage.epg, source, ConfigYesNo(default=default))
+def InitUsageConfig(config, profile=PROFILES["full"]):
+    """Define every key on `config` that the image of `profile` has, where it has it.
+
+    The folders must be chosen (`env.configure`) and `_` installed, if at all. Stored texts apply whether
+    `configfile.load()` comes before or after."""
+    for key, make in KEYS.items():
+        path = profile.keys.get(key, key)
+        if path is not None:
+            _define(config, path, make())
+    if "setSave" in profile.cache_methods:
+        _define(config, "epg.saveepg", ConfigYesNo(default=True))
+        config.epg.saveepg.addNotifier(lambda element: _cache().setSave(element.value))
+    if profile.builds_cache_path:
+        _build_cache_path(config.misc)
+    else:
+        config.misc.epgcache_filename.addNotifier(_cache_file_chosen)
 
 
-def _init_misc(misc):
-    misc.timer_show_movie_available = ConfigYesNo(default=True)
-    misc.epg_dvb_blacklist_mode = ConfigYesNo(default=False)
-    misc.epg_is_client_stb = ConfigYesNo(default=False)
-    misc.epg_data_timer = ConfigInteger(default=60, limits=(0, 1440), step=5)
-    misc.epgcache_filename = ConfigText(default=env.epg_file(), fixed_size=False)
-    misc.epgcache_filename.addNotifier(_cache_file_chosen)
+def _define(config, path, element):
+    *branches, name = path.split(".")
+    for branch in branches:
+        if not hasattr(config, branch):
+            setattr(config, branch, ConfigSubsection())
+        config = getattr(config, branch)
+    setattr(config, name, element)
+
+
+def _cache():
+    """The cache as the image shows it; only once the GUI runs has it been chosen."""
+    return import_module("enigma").eEPGCache.getInstance()
 
 
 def _cache_file_chosen(element):
@@ -70,4 +95,24 @@ def _cache_file_chosen(element):
     if os.path.isdir(element.value):
         element.value = os.path.join(element.value, "epg.dat")
     else:
-        eEPGCache.getInstance().setCacheFile(element.value)
+        _cache().setCacheFile(element.value)
+
+
+def _build_cache_path(misc):
+    """The path of the EPG file is what these two keys say, at every start and whenever one of them is saved."""
+    etc = os.path.join(env.etc(), "")
+    mounts = sorted(os.path.join(mount, "") for mount in glob.glob(os.path.join(env.hdd(), "media", "*")))
+    misc.epgcachepath = ConfigSelection([etc, *mounts], default=etc)
+    misc.epgcachefilename = ConfigText(default="epg", fixed_size=False)
+
+    def build(element):
+        name = misc.epgcachefilename.value.replace(".dat", "") + ".dat"
+        misc.epgcache_filename.value = os.path.join(misc.epgcachepath.value, name)
+        misc.epgcache_filename.save()
+        _cache().setCacheFile(misc.epgcache_filename.value)
+        _cache().save()
+        if misc.epgcachepath.value != etc and os.path.exists(etc + name):
+            os.unlink(etc + name)
+
+    misc.epgcachepath.addNotifier(build, initial_call=False, immediate_feedback=False)
+    misc.epgcachefilename.addNotifier(build, immediate_feedback=False)

@@ -19,12 +19,15 @@ class ChannelSelectionBase(Screen):
         self.maintitle = ""
         self.servicePath = []
         self.servicelist = self["list"] = ServiceList()
-        self["ChannelSelectBaseActions"] = ActionMap(["ChannelSelectBaseActions"], {
-            "showFavourites": self.showFavourites, "showAllServices": self.showAllServices,
-            "showProviders": self.showProviders, "showSatellites": self.showSatellites,
+        profile = running.gui.profile
+        colours = {"showAllServices": self.showAllServices, "showSatellites": self.showSatellites,
+                   "showProviders": self.showProviders, "showFavourites": self.showFavourites}
+        if profile.channel_colours == "ColorActions":
+            colours = dict(zip(("red", "green", "yellow", "blue"), colours.values()))
+        self["channelSelectBaseActions"] = ActionMap(["ChannelSelectBaseActions", profile.channel_colours], {
             "nextBouquet": self.nextBouquet, "prevBouquet": self.prevBouquet,
-            "nextMarker": self.nextMarker, "prevMarker": self.prevMarker,
-        }, prio=running.gui.profile.channel_map_priority)
+            "nextMarker": self.nextMarker, "prevMarker": self.prevMarker, **colours,
+        }, prio=profile.channel_map_priority)
 
     def getCurrentSelection(self):
         """The selected eServiceReference, or what this host has for none."""
