@@ -19,17 +19,17 @@ function connect() {
     morph(frame, fresh.content);
     socket.send("shown");
   };
-  socket.onopen = () => offline(false);
+  socket.onopen = () => connected(true);
   socket.onclose = () => {
     held.clear();
-    offline(true);
+    connected(false);
     setTimeout(connect, RECONNECT_MS);
   };
 }
 
-function offline(is) {
-  document.body.classList.toggle("offline", is);
-  document.querySelector(".connection").textContent = is ? "No connection to the receiver. Is script/run running?" : "";
+function connected(yes) {
+  document.body.dataset.connected = yes;
+  document.querySelector(".connection").textContent = yes ? "" : "No connection to the receiver. Is script/run running?";
 }
 
 // Makes the children of `old` like those of `fresh`. What is the same stays: the focus, and a screen reader's place.
