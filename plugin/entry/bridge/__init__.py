@@ -7,7 +7,11 @@ modules stay as they are.
 
 from __future__ import absolute_import
 
+import sys
+
 from . import epg_cache, guard, keys, names, picker, settings_list
+
+WHOLESALE = "Screens.ChannelSelection"
 
 
 def changes():
@@ -18,6 +22,7 @@ def changes():
         # The host was not made for the module, so it is a box like any other: an error that leaves a handler ends its
         # GUI, and its settings lists show no help text.
         _collect(found, guard, settings_list)
+        found.setdefault(WHOLESALE, {}).update(_imported_by_the_channel_list(found))
     return found
 
 
@@ -25,3 +30,14 @@ def _collect(found, *concerns):
     for concern in concerns:
         for module, names_of_module in concern.changes().items():
             found.setdefault(module, {}).update(names_of_module)
+
+
+def _imported_by_the_channel_list(found):
+    """The module copies every name of the channel list's, also those which that has imported, and some of them replace
+    what came from their own modules before. So they must be the same there."""
+    there = vars(sys.modules[WHOLESALE])
+    same = {}
+    for module, changed in found.items():
+        own = vars(sys.modules[module]) if module != WHOLESALE and sys.modules.get(module) else {}
+        same.update((name, changed[name]) for name in changed if name in own and there.get(name) is own[name])
+    return same

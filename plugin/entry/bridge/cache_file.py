@@ -45,6 +45,7 @@ class CacheFile(object):
             self._built.value = element.value
         self._chosen.value = path
         element.value = path
+        eEPGCache.getInstance().setCacheFile(path)  # as hosts do that have this key alone
 
     def save(self):
         path = self.value
