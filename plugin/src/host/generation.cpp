@@ -67,6 +67,11 @@ Chars::Chars(PyObject* text) noexcept
     PyErr_Clear();
 }
 
+PyObject* recursionError()
+{
+    return PyExc_RecursionError;
+}
+
 PyObject* newInteger(long value)
 {
     return PyLong_FromLong(value);
@@ -155,8 +160,9 @@ PyObject* operationType(PyObject* moduleName)
         PyType_Slot{Py_tp_getset, kOperationAttributes},
         PyType_Slot{0, nullptr},
     };
-    PyType_Spec spec{kOperationTypeName, sizeof(OperationObject), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC,
-                     slots.data()};
+    // A method descriptor: `screen.up()` may call the operation with the screen in front and make no method object.
+    PyType_Spec spec{kOperationTypeName, sizeof(OperationObject), 0,
+                     Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC | Py_TPFLAGS_METHOD_DESCRIPTOR, slots.data()};
     PyObject* const type = PyType_FromSpec(&spec);
     // Instances find __module__ on their type, so that help() counts the operations among the module's own.
     if (type == nullptr || PyObject_SetAttrString(type, "__module__", moduleName) == 0)
@@ -224,6 +230,11 @@ bool isPlainText(PyObject* object)
 }
 
 Chars::Chars(PyObject* text) noexcept : chars_(PyString_Check(text) ? PyString_AsString(text) : "?") {}
+
+PyObject* recursionError()
+{
+    return PyExc_RuntimeError;
+}
 
 PyObject* newInteger(long value)
 {

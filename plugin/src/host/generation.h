@@ -32,6 +32,9 @@ private:
     const char* chars_;
 };
 
+/// What the language raises when calls go too deep; borrowed.
+[[nodiscard]] PyObject* recursionError();
+
 [[nodiscard]] PyObject* newInteger(long value);
 [[nodiscard]] PyObject* toInteger(PyObject* object); // int(object)
 
