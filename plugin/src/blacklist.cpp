@@ -91,8 +91,7 @@ struct Edit_DVB_EPG_Blacklist : host::Screen {
             const Object reference = service_ref.reference();
             if (!isWanted(reference))
                 continue;
-            servicelist.call("append"_t,
-                             host().tuple(service_name, newConfigNothing(host()), host().integer(0), reference));
+            servicelist.append(host().tuple(service_name, newConfigNothing(host()), host().integer(0), reference));
             listed.add(service_name);
         }
         redraw();
@@ -100,14 +99,7 @@ struct Edit_DVB_EPG_Blacklist : host::Screen {
 
     void saveFile() const
     {
-        const Object start_str = attr("start_str"_t);
-        const Object pieces = host().list();
-        for (const Object& row : each(attr("servicelist"_t))) {
-            pieces.append(start_str);
-            pieces.append(row.item(3));
-            pieces.append(host().text("\n"_t));
-        }
-        const Object text = host().text(""_t).call("join"_t, pieces);
+        const Object text = fileText();
         const Object filename = attr("filename"_t);
         try {
             withFile(filename, host::FileMode::write, [&](const Object& file) { file.call("write"_t, text); });
@@ -142,11 +134,25 @@ private:
     // Not the interpreter's own idea of white space, which takes bytes of names for blanks.
     static constexpr host::Text kWhiteSpace = " \t\r\n"_t;
 
+    /// One line for each row: the prefix, the reference, a line feed.
+    [[nodiscard]] Object fileText() const
+    {
+        const Object start_str = attr("start_str"_t);
+        const Object references = host().list();
+        for (const Object& row : each(attr("servicelist"_t)))
+            references.append(row.item(3));
+        if (references.size() == 0)
+            return host().text(""_t);
+        const Object newline = host().text("\n"_t);
+        const Object between = newline.plus(start_str);
+        return start_str.plus(between.call("join"_t, references)).plus(newline);
+    }
+
     /// Live services (1) and streams (4097); bouquets, recordings and the rest have no EPG of their own.
     [[nodiscard]] static bool isWanted(const Object& reference)
     {
-        const Object split_ref = reference.call("split"_t, ":"_t);
-        return split_ref.item(0).equals("1"_t) || split_ref.item(0).equals("4097"_t);
+        const Object type = reference.call("split"_t, ":"_t, reference.host().integer(1)).item(0);
+        return type.equals("1"_t) || type.equals("4097"_t);
     }
 
     void redraw() const { ConfigList(widget("ServiceList"_t)).redraw(attr("servicelist"_t)); }

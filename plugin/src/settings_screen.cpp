@@ -29,9 +29,9 @@ constexpr std::array kKeys{
 /// Makes the rows of one rebuild of the list.
 class RowMaker {
 public:
-    RowMaker(const Object& screen, const Object& epgPath)
-        : screen_(screen), epgPath_(epgPath), host_(screen.host()), tree_(host_),
-          getConfigListEntry_(host_["getConfigListEntry"_t])
+    RowMaker(const Object& screen, host::ConfigTree& tree, const Object& epgPath)
+        : screen_(screen), tree_(tree), epgPath_(epgPath), host_(screen.host()),
+          getConfigListEntry_(host_["getConfigListEntry"_t]), translate_(host_["_"_t])
     {
     }
 
@@ -44,21 +44,21 @@ public:
 private:
     [[nodiscard]] Object make(const SettingRow& row)
     {
-        const Object label = host_.translate(row.label);
+        const Object label = translate_(host::At::here(), row.label);
         const Object element = tree_.element(row.key);
         // The empty description is not translated: a catalogue answers the empty text with its own header.
-        const Object description = row.description ? host_.translate(*row.description) : host_.text(""_t);
+        const Object description = row.description ? translate_(host::At::here(), *row.description) : host_.text(""_t);
         return entry(label, element, description, "to_save"_t);
     }
 
     [[nodiscard]] Object make(const ActionRow& row)
     {
-        return entry(host_.translate(row.label), screen_.attr(row.placeholder), host_.text(""_t), row.tag);
+        return entry(translate_(host::At::here(), row.label), screen_.attr(row.placeholder), host_.text(""_t), row.tag);
     }
 
     [[nodiscard]] Object make(const EpgPathRow&)
     {
-        const Object label = host_.translate("EPG Path :"_t).plus(host_.text(" %s"_t).format(epgPath_));
+        const Object label = translate_(host::At::here(), "EPG Path :"_t).plus(host_.text(" %s"_t).format(epgPath_));
         return entry(label, screen_.attr("input_epgpath"_t), host_.text(""_t), "epgpath"_t);
     }
 
@@ -68,10 +68,11 @@ private:
     }
 
     const Object& screen_;
+    host::ConfigTree& tree_;
     const Object& epgPath_;
     host::Host host_;
-    host::ConfigTree tree_;
     Object getConfigListEntry_;
+    Object translate_;
 };
 
 struct Veltro : host::Screen {
@@ -103,12 +104,14 @@ struct Veltro : host::Screen {
 
     void createSetup() const
     {
-        const Object epgPath = cacheFile().toText().call("replace"_t, "/epg.dat"_t, ""_t);
-        RowMaker maker(*this, epgPath);
+        host::ConfigTree tree(host());
+        const Object epgPath =
+            tree.element(keys::kEpgCacheFilename).value().toText().call("replace"_t, "/epg.dat"_t, ""_t);
+        RowMaker maker(*this, tree, epgPath);
         const Object list = host().list();
         maker.append(list, rows::kAlways);
         setAttr("list"_t, list);
-        if (isClient())
+        if (tree.element(keys::kEpgIsClient).value().truth())
             maker.append(list, rows::kInClientMode);
         else
             maker.append(list, rows::kOtherwise);

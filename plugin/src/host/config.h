@@ -4,6 +4,7 @@
 #include "host/object.h"
 
 #include <optional>
+#include <vector>
 
 namespace veltro::host {
 
@@ -28,26 +29,38 @@ struct ConfigElement : Object {
     void cancel(At at = At::here()) const { call({"cancel"_t, at}); } // back to the last saved value
 };
 
-/// The tree as one operation sees it. Neighbouring keys fetch their common section once.
+/// The tree as one operation sees it: each section is fetched once, when the first of its keys is asked for. Elements
+/// and values are not kept.
 class ConfigTree {
 public:
-    explicit ConfigTree(Host host, At at = At::here()) : root_(host[{"config"_t, at}]), section_(root_) {}
+    explicit ConfigTree(Host host, At at = At::here()) : root_(host[{"config"_t, at}]) {}
 
     [[nodiscard]] ConfigElement element(const ConfigKey& key, At at = At::here())
     {
-        if (!current_ || current_->section != key.section || current_->subsection != key.subsection) {
-            section_ = root_.attr({key.section, at});
-            if (key.subsection)
-                section_ = section_.attr({*key.subsection, at});
-            current_ = key;
-        }
-        return ConfigElement(section_.attr({key.name, at}));
+        Object section = sectionOf(root_, key.section, at);
+        if (key.subsection)
+            section = sectionOf(section, *key.subsection, at);
+        return ConfigElement(section.attr({key.name, at}));
     }
 
 private:
+    struct Section {
+        PyPointer parent;
+        Text name;
+        Object object;
+    };
+
+    [[nodiscard]] Object sectionOf(const Object& parent, Text name, At at)
+    {
+        for (const Section& section : sections_)
+            if (section.parent == parent.get() && section.name == name)
+                return section.object;
+        sections_.push_back({parent.get(), name, parent.attr({name, at})});
+        return sections_.back().object;
+    }
+
     Object root_;
-    Object section_;
-    std::optional<ConfigKey> current_;
+    std::vector<Section> sections_;
 };
 
 /// One element of the tree, looked up now.

@@ -9,9 +9,12 @@ namespace veltro::host {
 Object Host::operator[](Named name) const
 {
     const PyPointer key = constant(name.text);
-    for (const PyPointer names : {globals(), builtins()})
+    for (const PyPointer names : {globals(), builtins()}) {
         if (const PyPointer found = generation::dictGet(names, key))
             return Object::share(*this, found);
+        if (PyErr_Occurred() != nullptr) // a key of the host's own type may refuse to be compared
+            throw Error(name.at);
+    }
     raise(PyExc_NameError, "name '%.200s' is not defined", name.text.chars(), name.at);
 }
 

@@ -62,6 +62,13 @@ void Object::storeAttr(Named name, Argument value) const
     require(PyObject_SetAttr(pointer_, host_.constant(name.text), value.get()), name.at);
 }
 
+Object Object::item(int index, At at) const
+{
+    if (isPlainRow()) // the short way, without an integer object
+        return adopt(host_, PySequence_GetItem(pointer_, index), at);
+    return fetchItem(Argument(host_, host_.integer(index)), at);
+}
+
 Object Object::fetchItem(Argument key, At at) const
 {
     return adopt(host_, PyObject_GetItem(pointer_, key.get()), at);
@@ -72,20 +79,15 @@ void Object::storeItem(Named key, Argument value) const
     require(PyObject_SetItem(pointer_, host_.constant(key.text), value.get()), key.at);
 }
 
-Object Object::callMethod(Named method, std::span<const Argument> arguments) const
+Object Object::callMethod(Named method, const Arguments& a) const
 {
-    // The call reads arguments up to the first null, so the unused places are null.
-    std::array<PyPointer, kMostArguments> a{};
-    std::ranges::transform(arguments, a.begin(), &Argument::get);
     return adopt(host_,
                  PyObject_CallMethodObjArgs(pointer_, host_.constant(method.text), a[0], a[1], a[2], a[3], nullptr),
                  method.at);
 }
 
-Object Object::callSelf(At at, std::span<const Argument> arguments) const
+Object Object::callSelf(At at, const Arguments& a) const
 {
-    std::array<PyPointer, kMostArguments> a{};
-    std::ranges::transform(arguments, a.begin(), &Argument::get);
     return adopt(host_, PyObject_CallFunctionObjArgs(pointer_, a[0], a[1], a[2], a[3], nullptr), at);
 }
 
@@ -181,7 +183,10 @@ bool Object::isPlainRow() const noexcept
 
 void Object::append(const Object& value, At at) const
 {
-    require(PyList_Append(pointer_, value.get()), at);
+    if (PyList_CheckExact(pointer_)) // nobody else's idea of appending
+        require(PyList_Append(pointer_, value.get()), at);
+    else
+        call({"append"_t, at}, value);
 }
 
 void Object::add(const Object& value, At at) const

@@ -117,8 +117,6 @@ private:
 
 class Object {
 public:
-    static constexpr std::size_t kMostArguments = 4;
-
     [[nodiscard]] static Object adopt(Host host, PyPointer fresh, At at = At::here());
     [[nodiscard]] static Object share(Host host, PyPointer borrowed) noexcept;
 
@@ -144,7 +142,7 @@ public:
     {
         return fetchItem(Argument(host_, key), at);
     }
-    [[nodiscard]] Object item(int index, At at = At::here()) const { return fetchItem(host_.integer(index), at); }
+    [[nodiscard]] Object item(int index, At at = At::here()) const;
     template <class Value>
     void setItem(Named key, const Value& value) const
     {
@@ -155,16 +153,14 @@ public:
     template <class... Values>
     Object call(Named method, const Values&... values) const
     {
-        const std::array<Argument, sizeof...(Values)> arguments{Argument(host_, values)...};
-        return callMethod(method, arguments);
+        return callMethod(method, {Argument(host_, values).get()...});
     }
 
     /// object(arguments...)
     template <class... Values>
     Object operator()(At at, const Values&... values) const
     {
-        const std::array<Argument, sizeof...(Values)> arguments{Argument(host_, values)...};
-        return callSelf(at, arguments);
+        return callSelf(at, {Argument(host_, values).get()...});
     }
 
     /// object(*arguments, **keywords)
@@ -200,8 +196,10 @@ public:
     /// Whether this is the module's own operation, not a replacement under its name.
     [[nodiscard]] bool isOperation(const OperationTable& table) const noexcept;
 
-    /// For lists and sets that the module made itself.
+    /// object.append(value)
     void append(const Object& value, At at = At::here()) const;
+
+    /// For sets that the module made itself.
     void add(const Object& value, At at = At::here()) const;
     [[nodiscard]] bool contains(const Object& value, At at = At::here()) const;
 
@@ -211,9 +209,10 @@ private:
     void storeAttr(Named name, Argument value) const;
     void storeItem(Named key, Argument value) const;
     [[nodiscard]] Object fetchItem(Argument key, At at) const;
-    [[nodiscard]] Object fetchItem(const Object& key, At at) const { return fetchItem(Argument(host_, key), at); }
-    Object callMethod(Named method, std::span<const Argument> arguments) const;
-    Object callSelf(At at, std::span<const Argument> arguments) const;
+    // CPython's calls read their arguments up to the first null, so the unused places are null.
+    using Arguments = std::array<PyPointer, 4>;
+    Object callMethod(Named method, const Arguments& arguments) const;
+    Object callSelf(At at, const Arguments& arguments) const;
     [[nodiscard]] bool isEqual(Argument value, At at) const;
     [[nodiscard]] bool isEqual(const Object& value, At at) const { return isEqual(Argument(host_, value), at); }
 
