@@ -1,0 +1,162 @@
+"""What is measured: each operation on a host of its own, for the compiled module and for the floor in the same way."""
+
+import os
+import shutil
+import sys
+import tempfile
+
+from tests.host_double import host
+from tests.host_double.loader import build_folder
+
+PLUGIN_PATH = "/usr/lib/enigma2/python/Plugins/Extensions/Veltro"
+BOUQUET = "1:7:1:0:"
+KINDS = ("module", "floor")
+
+OPERATIONS = []  # (title, whether it grows with n, prepare)
+
+
+def operation(title, grows=False):
+    def register(prepare):
+        OPERATIONS.append((title, grows, prepare))
+        return prepare
+    return register
+
+
+class Bench(object):
+    """A host whose recorder is off, and one of the two that run on it. `prepare` functions get one and return what is
+    timed: a list of functions, each of which is called once."""
+
+    def __init__(self, kind, recording=False):
+        host.reset(recording)
+        host.start()
+        self.folder = tempfile.mkdtemp(prefix="veltro-bench-")
+        os.mkdir(os.path.join(self.folder, "enigma2"))
+        self.file = os.path.join(self.folder, "enigma2", "blacklist_dvb_epg")
+        host.set_sysconfdir(self.folder)
+        self.module = host.load(recording_files=False) if kind == "module" else self._load_floor()
+
+    def close(self):
+        host.stop()
+        shutil.rmtree(self.folder)
+
+    @staticmethod
+    def _load_floor():
+        sys.modules.pop("bench.floor", None)
+        with host.modules.installed():
+            import bench.floor
+            return bench.floor
+
+    @staticmethod
+    def services(n):
+        """n services, each with a name of its own, by their texts."""
+        texts = ["1:0:19:%X:3FB:1:C00000:0:0:0:" % number for number in range(n)]
+        host.service_names.update((text, "Service %d HD" % number) for number, text in enumerate(texts))
+        return texts
+
+    def settings(self, selected=1):
+        screen = self.module.Veltro(host.session, PLUGIN_PATH)
+        dict.__getitem__(screen, "config")._index = selected - 1
+        return screen
+
+    def editor(self):
+        return self.module.Edit_DVB_EPG_Blacklist(host.session, PLUGIN_PATH)
+
+    def write_blacklist(self, texts):
+        with open(self.file, "w") as file:
+            file.writelines("#SERVICE %s\n" % text for text in texts)
+
+
+@operation("open the settings screen")
+def construct(bench, times):
+    return [bench.settings] * times
+
+
+@operation("rebuild the list")
+def rebuild(bench, times):
+    return [bench.settings().changedEntry] * times
+
+
+@operation("a key")
+def key(bench, times):
+    return [bench.settings().up] * times
+
+
+@operation("the save key")
+def save_key(bench, times):
+    return [bench.settings().keySave for _ in range(times)]  # each closes its screen
+
+
+@operation("OK on \"Save EPG cache\"")
+def ok_save(bench, times):
+    return [bench.settings(selected=20).keyOk] * times
+
+
+@operation("add n services", grows=True)
+def add(bench, n):
+    references = [host.reference(text) for text in bench.services(n)]
+    screen = bench.editor()
+    return [lambda: screen.finishedChannelSelection(references)]
+
+
+@operation("load a file of n lines", grows=True)
+def load(bench, n):
+    screen = bench.editor()
+    bench.write_blacklist(bench.services(n))
+    return [screen.loadFile]
+
+
+@operation("save a file of n lines", grows=True)
+def save(bench, n):
+    bench.write_blacklist(bench.services(n))
+    return [bench.editor().saveFile]
+
+
+@operation("pick a bouquet of n services", grows=True)
+def pick(bench, n):
+    screen = bench.module.DVB_EPG_blacklist_ChannelSelection(host.session, PLUGIN_PATH)
+    screen._selection = host.reference(BOUQUET, content=bench.services(n))
+    return [screen.doNothing]
+
+
+@operation("find_in_list on n rows", grows=True)
+def find(bench, n):
+    rows = [("Service %d HD" % number, None, 0, text) for number, text in enumerate(bench.services(n))]
+    return [lambda: bench.module.find_in_list(rows, "not there")]
+
+
+def verify():
+    """Both do the same to their host, event by event of the kind that counts, and leave the same file."""
+    for title, grows, prepare in OPERATIONS:
+        seen = []
+        for kind in KINDS:
+            bench = Bench(kind, recording=True)
+            try:
+                timed = prepare(bench, 20 if grows else 1)
+                host.recorder.clear()
+                for function in timed:
+                    function()
+                seen.append((literal(host.recorder.calls, bench.folder), content(bench.file)))
+            finally:
+                bench.close()
+        if seen[0] != seen[1]:
+            raise AssertionError("%s: the module and its floor differ:\n%r\n%r" % ((title,) + tuple(seen)))
+
+
+def literal(calls, folder):
+    """Addresses and folders differ from one run to the next."""
+    def part(value):
+        if isinstance(value, (list, tuple)):
+            return type(value)(part(item) for item in value)
+        if isinstance(value, dict) and type(value) is dict:
+            return sorted((key, part(item)) for key, item in value.items())
+        if isinstance(value, str):
+            return value.replace(folder, "")
+        return value if isinstance(value, (int, type(None))) else type(value).__name__
+    return [part(call) for call in calls]
+
+
+def content(path):
+    if not os.path.exists(path):
+        return None
+    with open(path) as file:
+        return file.read()
