@@ -2,9 +2,10 @@
 
 import gc
 import sys
+import unittest
 import weakref
 
-from tests.module.case import Boom, HostTestCase, PLUGIN_PATH, host
+from tests.module.case import Boom, HostTestCase, PLUGIN_PATH, PYTHON2, host
 from tests.module.scenarios import SCENARIOS, start
 
 
@@ -33,6 +34,44 @@ class Screens(HostTestCase):
         host.recorder.reset()
         gc.collect()
         self.assertIsNone(there[0]())
+
+
+class StartUp(HostTestCase):
+    load_in_setup = False
+
+    class Witness(object):
+        pass
+
+    def witness(self):
+        """A name of the host that a module takes; the module alone keeps it alive once the host is reset."""
+        taken = host.modules["skin"]["loadSkin"] = self.Witness()
+        return weakref.ref(taken)
+
+    def gone(self, there):
+        host.reset()
+        host.stop()
+        host.start()
+        gc.collect()
+        return there() is None
+
+    def test_a_failed_one_leaves_nothing(self):
+        for spoil in (lambda: host.modules.remove("new"),
+                      lambda: host.modules["Screens.ChannelSelection"].pop("SimpleChannelSelection")):
+            there = self.witness()
+            spoil()
+            try:
+                host.load()
+            except (ImportError, NameError):
+                pass
+            self.assertTrue(self.gone(there))
+
+    @unittest.skipIf(PYTHON2, "Python 2.7 keeps every extension module that was ever loaded")
+    def test_an_unloaded_module_goes(self):
+        there = self.witness()
+        host.load()
+        host.reset()
+        host.load()  # Python 3 keeps the latest one
+        self.assertTrue(self.gone(there))
 
 
 class Leaks(HostTestCase):

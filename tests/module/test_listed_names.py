@@ -114,6 +114,17 @@ class OddNames(HostTestCase):
         screen.finishedChannelSelection(self.two_services())
         self.assertEqual([row[0] for row in list.__iter__(screen.servicelist)], ["One", "One"])
 
+    def test_a_list_that_shows_other_rows_each_time(self):
+        class Rows(list):
+            shown = [[], [("Two", None, 0, "")]]
+
+            def __iter__(self):
+                return iter(self.shown.pop(0))
+        screen = self.editor()
+        screen.servicelist = Rows()
+        screen.finishedChannelSelection(self.two_services())
+        self.assertEqual([row[0] for row in list.__iter__(screen.servicelist)], ["One"])
+
     def test_rows_with_ways_of_their_own(self):
         class Row(tuple):
             def __getitem__(self, position):

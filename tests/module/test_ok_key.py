@@ -93,6 +93,13 @@ class CacheActions(OkTestCase):
         self.assertEqual(self.status(self.pressed(DELETE_ROW)), u"gel\xf6scht")
         self.assertEqual(self.status(self.pressed(LOAD_ROW)), u"gel\xf6scht /media/hdd/epg.dat")
 
+    if PYTHON2:
+        def test_a_path_of_the_other_text_type(self):
+            screen = self.pressed(LOAD_ROW, epgcache_filename="/media/hdd/epg.dat")
+            self.set_value("misc.epgcache_filename", u"/media/M\xfcsik/epg.dat")
+            screen.keyOk()
+            self.assertEqual(self.status(screen), u"[Loading EPG data from /media/M\xfcsik/epg.dat finished]")
+
     def test_the_result_of_the_action_does_not_matter(self):
         screen = self.settings(selected=SAVE_ROW)
         self.replace(self.Veltro, "doEPGAction", lambda action: False)

@@ -2,9 +2,10 @@
 
 import sys
 import traceback
+import unittest
 
 from tests.host_double.modules import REQUIREMENTS
-from tests.module.case import Boom, HostTestCase, cpp_frames, host
+from tests.module.case import Boom, HostTestCase, PYTHON2, cpp_frames, host
 
 WHOLESALE = "Screens.ChannelSelection"
 MODULES = [module for module, _ in REQUIREMENTS]
@@ -69,6 +70,12 @@ class Success(StartupTestCase):
             self.assertTrue(hasattr(module, name), name)
         self.assertEqual(module.__name__, "Veltro")
         self.assertIs(module.epg_timer.__class__, module.EPGTimer)
+
+    @unittest.skipIf(PYTHON2, "a namespace of Python 2.7 keeps no order")
+    def test_defines_them_in_order_after_the_names_of_the_host(self):
+        names = list(vars(host.load()))
+        self.assertEqual([name for name in names if name in OWN_NAMES], list(OWN_NAMES))
+        self.assertLess(names.index("new"), names.index("doEPGAction"))
 
     def test_the_timer_object_is_empty(self):
         self.assertEqual(vars(host.load().epg_timer), {})
