@@ -84,7 +84,7 @@ function repeat(button) {
 
 document.addEventListener("keydown", event => {
   const button = shortcuts.get(event.key.toLowerCase());
-  const activates = event.key === "Enter" && event.target.closest("button");
+  const activates = event.key === "Enter" && document.activeElement.matches("button");
   if (!button || activates || event.ctrlKey || event.altKey || event.metaKey) return;
   event.preventDefault();
   if (event.repeat) send("r", button);

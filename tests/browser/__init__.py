@@ -1,0 +1,1 @@
+"""Tests of the TV in a browser: the running receiver, Chromium, keys pressed in the page."""

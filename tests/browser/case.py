@@ -1,0 +1,196 @@
+"""A running receiver and a page that shows it. One Chromium serves all tests; a missing one is a failure."""
+
+import atexit
+import contextlib
+import os
+import re
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+from selenium.common.exceptions import JavascriptException, StaleElementReferenceException
+from selenium.webdriver.common.action_chains import ActionChains
+from selenium.webdriver.common.by import By
+from selenium.webdriver.common.keys import Keys
+
+from receiver.gui import HERE
+from receiver.web import camera
+
+ROOT = HERE.parent
+SAMPLE = HERE / "sample"
+SECONDS = 10
+
+KEYBOARD = {
+    "up": Keys.ARROW_UP, "down": Keys.ARROW_DOWN, "left": Keys.ARROW_LEFT, "right": Keys.ARROW_RIGHT, "ok": Keys.ENTER,
+    "exit": Keys.ESCAPE, "red": Keys.F1, "green": Keys.F2, "yellow": Keys.F3, "blue": Keys.F4, "tv": "t", "radio": "r",
+    "menu": "m", "info": "i", "epg": "e", "channelup": Keys.PAGE_UP, "channeldown": Keys.PAGE_DOWN,
+    "previous": Keys.HOME, "next": Keys.END, **{digit: digit for digit in "0123456789"},
+}
+
+# What the page shows, read from its elements: the screen on top, its list, the texts by their role.
+READ = """
+const screen = [...document.querySelectorAll('.screen')].at(-1);
+if (!screen) return {title: '', rows: [], off: Boolean(document.querySelector('.off'))};
+const text = element => element ? element.textContent : null;
+const list = screen.querySelector('[role=listbox]');
+const active = list && document.getElementById(list.getAttribute('aria-activedescendant'));
+return {
+  title: screen.getAttribute('aria-label'),
+  rows: list ? [...list.children].map(row => text(row.querySelector('.text'))) : [],
+  selected: active && text(active.querySelector('.text')),
+  position: active && Number(active.getAttribute('aria-posinset')),
+  total: active && Number(active.getAttribute('aria-setsize')),
+  value: active && text(active.querySelector('.value > span')),
+  texts: Object.fromEntries([...screen.querySelectorAll('.label')].map(box => [box.dataset.role, text(box)])),
+  off: false,
+};
+"""
+
+
+def chromium():
+    """The Chromium of this test run."""
+    if not hasattr(chromium, "driver"):
+        stack = contextlib.ExitStack()
+        chromium.driver = stack.enter_context(camera.browser())
+        atexit.register(stack.close)
+    return chromium.driver
+
+
+class Process:
+    """A receiver as a user starts it, with the TV in a browser."""
+
+    def __init__(self, etc, *options, port=0):
+        environment = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
+        port = [] if port is None else ["--port", str(port)]
+        self.process = subprocess.Popen([sys.executable, "-m", "receiver", "--etc", str(etc), *port, *options], cwd=ROOT,
+                                        env=environment, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        self.address = None
+        match = re.search(r"http://127\.0\.0\.1:(\d+)", self.process.stdout.readline())
+        if match:
+            self.address, self.port = match[0], int(match[1])
+
+    def kill(self):
+        """End it without letting it say goodbye."""
+        self.process.kill()
+        self.finish()
+
+    def interrupt(self):
+        """End it as Ctrl-C does: (exit code, what it wrote to standard error)."""
+        self.process.send_signal(signal.SIGINT)
+        return self.finish()
+
+    def finish(self):
+        """Wait for its end: (exit code, what it wrote to standard error)."""
+        _, errors = self.process.communicate(timeout=SECONDS)
+        return self.process.returncode, errors
+
+
+class PageTest(unittest.TestCase):
+    """A test with a running receiver, whose etc folder is a copy of the sample, and an open page."""
+
+    options = ()
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.etc = Path(folder.name) / "enigma2"
+        shutil.copytree(SAMPLE, self.etc)
+        self.prepare()
+        self.driver = chromium()
+        camera.resize(self.driver, 1280, 800)
+        self.receiver = self.start()
+        self.open()
+        self.addCleanup(self.check_browser_console)
+
+    def prepare(self):
+        """Put more into the etc folder, before the receiver starts."""
+
+    def start(self, *options, port=0):
+        receiver = Process(self.etc, *self.options, *options, port=port)
+        self.addCleanup(lambda: receiver.process.poll() is None and receiver.kill())
+        return receiver
+
+    def open(self):
+        self.driver.get(self.receiver.address)
+        self.wait_for(self.is_connected)
+
+    def check_browser_console(self):
+        """No script error, nothing refused by the page's own rules."""
+        lines = [entry["message"] for entry in self.driver.get_log("browser")]
+        expected = ("WebSocket connection to", "net::ERR_CONNECTION", "/tv - Failed to load resource")
+        self.assertEqual([line for line in lines if not any(part in line for part in expected)], [])
+
+    def js(self, script, *arguments):
+        return self.driver.execute_script(script, *arguments)
+
+    def is_connected(self):
+        return self.js("return document.body.dataset.connected") == "true"
+
+    def button(self, key):
+        return self.driver.find_element(By.CSS_SELECTOR, "button[value='%s']" % key)
+
+    # --- Keys: on the keyboard; tests of the remote replace this one method
+
+    def press_keys(self, keys):
+        """Press the keys of a list."""
+        ActionChains(self.driver, duration=0).send_keys(*(KEYBOARD[key] for key in keys)).perform()
+
+    def press(self, words):
+        """Press keys, written as for --keys."""
+        keys = []
+        for word in words.split():
+            key, _, times = word.partition("*")
+            keys += [key] * int(times or 1)
+        self.press_keys(keys)
+
+    # --- The picture
+
+    def read(self):
+        return self.js(READ)
+
+    def wait_for(self, condition, message=None):
+        """Wait until `condition()` is true and return what it returned."""
+        end = time.monotonic() + SECONDS
+        while True:
+            with contextlib.suppress(StaleElementReferenceException, JavascriptException):
+                result = condition()
+                if result:
+                    return result
+            if time.monotonic() > end:
+                self.fail(message() if message else "waited in vain; the page shows %r" % (self.read(),))
+            time.sleep(0.01)
+
+    def shows(self, **wanted):
+        """Wait until the picture shows all this: title, selected, value, position, rows; anything else is a text's role."""
+        def missing():
+            read = self.read()
+            return {name: (read[name] if name in read else read.get("texts", {}).get(name)) for name, value in wanted.items()
+                    if (read[name] if name in read else read.get("texts", {}).get(name)) != value}
+        self.wait_for(lambda: not missing(), lambda: "not as wanted: %r" % missing())
+
+    def go_to(self, label):
+        """Move to the row that begins with `label`."""
+        read = self.wait_for(lambda: any(row.startswith(label) for row in self.read()["rows"]) and self.read())
+        index = next(index for index, row in enumerate(read["rows"]) if row.startswith(label))
+        steps = index - read["rows"].index(read["selected"])
+        self.press("%s*%d" % ("down" if steps > 0 else "up", abs(steps)))
+        self.shows(selected=read["rows"][index])
+
+
+def write_services(etc, names):
+    """Make a channel list of services with these names, and one bouquet that holds the first hundred."""
+    lines = ["eDVB services /4/", "transponders", "00640000:0401:00fe", "\ts 11247000:27500000:0:3:100:2:0", "/", "end", "services"]
+    references = []
+    for number, name in enumerate(names, 1):
+        lines += ["%04x:00640000:0401:00fe:1:0" % number, name, "p:Provider %d" % (number % 20)]
+        references.append("1:0:1:%X:401:FE:640000:0:0:0:" % number)
+    (etc / "lamedb").write_text("\n".join(lines + ["end", "Written by a test", ""]), encoding="utf-8")
+    (etc / "bouquets.tv").write_text(
+        '#NAME Bouquets (TV)\n#SERVICE 1:7:1:0:0:0:0:0:0:0:FROM BOUQUET "userbouquet.test.tv" ORDER BY bouquet\n')
+    (etc / "userbouquet.test.tv").write_text(
+        "#NAME Test\n" + "".join("#SERVICE %s\n" % reference for reference in references[:100]), encoding="utf-8")
