@@ -71,8 +71,9 @@ class CacheFile(object):
 
     def _stands_in(self, *_):
         """Put the kept path in the place of the one that the host has built; whether that was the case."""
-        if not self._chosen.value or self.value != self._built.value:
+        built, chosen = self._built.value, self._chosen.value
+        if self.value != built or chosen in ("", built):
             return False
-        self._misc.epgcache_filename.value = self._chosen.value
-        eEPGCache.getInstance().setCacheFile(self._chosen.value)
+        self._misc.epgcache_filename.value = chosen
+        eEPGCache.getInstance().setCacheFile(chosen)
         return True

@@ -76,7 +76,7 @@ def _report(error, function, show):
         print("[Veltro] %s failed:\n%s" % (operation, traceback.format_exc()))
         show(_("%s failed: %s") % (operation, reason(error)))
     except Exception:  # the report must not do the harm that it reports
-        traceback.print_exc()
+        print(traceback.format_exc())
 
 
 def _operation(function):

@@ -1,0 +1,62 @@
+"""A test with a box and a temporary folder; what is printed is kept in `console`."""
+
+import os
+import shutil
+import sys
+import tempfile
+import unittest
+
+from tests.entry.box import BINARY, PYTHON2, Box
+
+try:
+    from StringIO import StringIO  # takes bytes and text alike, as 2.7 prints both
+except ImportError:
+    from io import StringIO
+
+
+class BoxTest(unittest.TestCase):
+    facts = {}
+    plugin = None
+
+    def setUp(self):
+        self.folder = tempfile.mkdtemp()
+        self.addCleanup(shutil.rmtree, self.folder)
+        self.box = Box(**self.facts)
+        self.box.install()
+        self.addCleanup(self.box.remove)
+        self._stdout, sys.stdout = sys.stdout, StringIO()
+        self.addCleanup(setattr, sys, "stdout", self._stdout)
+
+    @property
+    def console(self):
+        return sys.stdout.getvalue()
+
+    @property
+    def config(self):
+        return self.box.config
+
+    def path(self, *names):
+        return os.path.join(self.folder, *names)
+
+    def write(self, name, data=b"old events"):
+        with open(self.path(name), "wb") as file:
+            file.write(data)
+        return self.path(name)
+
+    def import_entry(self, *folders):
+        """Import the plug-in's entry, once, without loading the compiled module."""
+        self.plugin = self.plugin or self.box.plugin(*folders)
+        return self.plugin
+
+    def load(self):
+        """The compiled module on this box."""
+        if PYTHON2 and not os.path.exists(BINARY):
+            self.skipTest("no binary for Python 2.7: its headers are not here")
+        self.import_entry()
+        self.module = self.plugin.load()
+        return self.module
+
+
+def handlers(screen, name):
+    """The handlers of one of a screen's action maps."""
+    return screen[name].actions

@@ -1,0 +1,108 @@
+"""The channel picker on hosts whose channel list has its own idea of the colour keys."""
+
+from tests.entry.box import ActionMap, ChannelSelection, Reference, ServiceList
+from tests.entry.case import BoxTest, handlers
+
+FOLDER = 7
+
+
+class PickerTest(BoxTest):
+    def open(self, keys=ActionMap(["ChannelSelectBaseActions"], {}, -2)):
+        ChannelSelection.keys = keys
+        self.load()
+        self.picker = self.box.session.open(self.module.DVB_EPG_blacklist_ChannelSelection, "/plugin")
+        return self.picker
+
+    def press(self, action):
+        return handlers(self.picker, "veltro_keys")[action]()
+
+    def test_comes_before_the_hosts_keys(self):
+        for prio in (-2, -1, 0, 1):
+            picker = self.open(ActionMap(["ChannelSelectBaseActions"], {}, prio))
+            self.assertEqual(picker["veltro_keys"].prio, min(prio, 0) - 1)
+            self.assertIn("ChannelSelectBaseActions", picker["veltro_keys"].contexts)
+
+    def test_colours(self):
+        picker = self.open()
+        self.press("showSatellites")
+        self.press("showFavourites")
+        self.assertEqual(picker.calls, ["showAllServices", "showFavourites"])
+        self.press("showAllServices")
+        self.assertEqual(self.box.session.closed, [(None,)])
+
+    def test_the_release_of_a_colour_key_is_taken_away(self):
+        picker = self.open()
+        for colour in ("red", "green", "yellow", "blue"):
+            self.assertIsNone(self.press(colour))
+        self.assertEqual((picker.calls, self.box.session.closed), ([], []))
+
+    def test_ok_on_a_service(self):
+        picker = self.open()
+        service = picker.servicelist.selected = Reference("1:0:1")
+        self.press("ok")
+        self.assertEqual(self.box.session.closed, [([service],)])
+
+    def test_ok_on_a_bouquet_lets_the_host_ask_as_it_is_used_to(self):
+        picker = self.open()
+        bouquet = picker.servicelist.selected = Reference("1:7:1", FOLDER)
+        nothing = Reference()
+
+        def enter(ref):
+            picker.servicelist.selected = nothing  # an empty bouquet
+            ChannelSelection.enterPath(picker, ref)
+        picker.enterPath = enter
+        self.press("ok")
+        self.assertEqual(picker.calls, [("enterPath", bouquet, nothing)])
+
+    def test_nothing_selected_is_no_value_for_the_module(self):
+        picker = self.open()
+        self.press("showProviders")
+        self.assertEqual(self.box.session.closed, [])
+        self.press("ok")
+        self.assertIn("channelSelected failed: AttributeError", self.box.session.current_dialog.text)
+        self.assertIs(picker.getCurrentSelection(), picker.servicelist.selected, "and an invalid one for the host")
+
+    def test_no_value_stays_no_value(self):
+        picker = self.open()
+        picker.servicelist.selected = None
+        self.press("showProviders")
+        self.assertIsNone(picker.getCurrentSelection())
+
+    def test_yellow_adds_the_bouquet(self):
+        picker = self.open()
+        picker.servicelist.selected = Reference("1:7:1", FOLDER)
+        services = [Reference("1:0:1"), Reference("1:64:1", 64), Reference("1:0:2")]
+
+        class Content(object):
+            def __init__(self):
+                self.left = services + [Reference()]
+
+            def getNext(self):
+                return self.left.pop(0)
+        center = type("Center", (object,), {"list": lambda self, ref: Content()})()
+        self.module.eServiceCenter.getInstance = staticmethod(lambda: center)
+        self.press("showProviders")
+        self.assertEqual(self.box.session.closed, [([services[0], services[2]],)])
+
+    def test_the_list_takes_the_call_that_hosts_do_not_know(self):
+        picker = self.open()
+        self.assertIsNone(picker.servicelist.setPythonConfig())
+        self.assertFalse(hasattr(ServiceList, "setPythonConfig"))
+
+    def test_shown_callbacks_are_guarded(self):
+        picker = self.open()
+
+        def failing():
+            raise ValueError("no TV")
+        picker.setTvMode = failing
+        for function in picker.onShown:
+            function()
+        self.assertIn("setModeTv failed" if "setModeTv failed" in self.console else "__onExecCallback failed",
+                      self.box.session.current_dialog.text)
+
+
+class FactoryTest(BoxTest):
+    def test_a_host_that_makes_its_list_by_a_function(self):
+        self.box.modules["Components.ServiceList"].ServiceList = lambda *arguments: ServiceList()
+        self.load()
+        self.assertIs(self.module.SimpleChannelSelection, self.box.part("bridge.picker").Picker)
