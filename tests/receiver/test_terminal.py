@@ -128,7 +128,7 @@ class TerminalTest(TvTest):
             "import sys; from receiver import cli, text_tv\n"
             "def fail(*arguments): raise ValueError('out of paint')\n"
             "text_tv.draw = fail\n"
-            "cli.main(['--etc', sys.argv[1]])"), str(self.etc))
+            "cli.main(['--terminal', '--etc', sys.argv[1]])"), str(self.etc))
         self.assertEqual(self.finish(), 1)
         self.assertIn(b"out of paint", self.process.stderr.read())
 
@@ -140,7 +140,7 @@ class TerminalTest(TvTest):
             "    start(self, *arguments)\n"
             "    sys.modules['Veltro'].doEPGAction = lambda action: 1 / 0\n"
             "gui.Gui.start = patched\n"
-            "cli.main(['--etc', sys.argv[1]])"), str(self.etc))
+            "cli.main(['--terminal', '--etc', sys.argv[1]])"), str(self.etc))
         self.read_until("▶ Multi-EPG")
         self.type(b"\x1b[A" * 3, "▶ Save EPG cache")
         self.type(b"\r", "ZeroDivisionError: division by zero")
