@@ -64,11 +64,11 @@ def chromium():
 class Process:
     """A receiver as a user starts it, with the TV in a browser."""
 
-    def __init__(self, etc, *options, port=0):
-        environment = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
+    def __init__(self, etc, *options, port=0, environment={}):
+        no_desktop = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
         port = [] if port is None else ["--port", str(port)]
         self.process = subprocess.Popen([sys.executable, "-m", "receiver", "--etc", str(etc), *port, *options], cwd=ROOT,
-                                        env=environment, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+                                        env={**no_desktop, **environment}, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
         self.address = None
         match = re.search(r"http://127\.0\.0\.1:(\d+)", self.process.stdout.readline())
         if match:
