@@ -134,7 +134,7 @@ void freeOperation(PyObject* self)
 {
     auto* const type = reinterpret_cast<PyObject*>(Py_TYPE(self));
     PyObject_GC_UnTrack(self);
-    operationClear(self);
+    Py_XDECREF(operationOf(self).bindings);
     PyObject_GC_Del(self);
     Py_DECREF(type);
 }
@@ -153,7 +153,6 @@ PyObject* operationType(PyObject* moduleName)
         PyType_Slot{Py_tp_new, slot(&refuseNew)},
         PyType_Slot{Py_tp_dealloc, slot(&freeOperation)},
         PyType_Slot{Py_tp_traverse, slot(&operationTraverse)},
-        PyType_Slot{Py_tp_clear, slot(&operationClear)},
         PyType_Slot{Py_tp_call, slot(&operationCall)},
         PyType_Slot{Py_tp_descr_get, slot(&operationGet)},
         PyType_Slot{Py_tp_repr, slot(&operationRepr)},
@@ -289,7 +288,7 @@ PyObject* metaclassOf(PyObject* bases)
 void freeOperation(PyObject* self)
 {
     PyObject_GC_UnTrack(self);
-    operationClear(self);
+    Py_XDECREF(operationOf(self).bindings);
     PyObject_GC_Del(self);
 }
 
@@ -317,7 +316,6 @@ PyObject* operationType(PyObject* moduleName)
         type.tp_flags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC; // NOLINT(misc-redundant-expression)
         type.tp_dealloc = &freeOperation;
         type.tp_traverse = &operationTraverse;
-        type.tp_clear = &operationClear;
         type.tp_call = &operationCall;
         type.tp_descr_get = &operationGet;
         type.tp_repr = &operationRepr;

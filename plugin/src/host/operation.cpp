@@ -5,7 +5,6 @@
 #include "host/traceback.h"
 
 #include <new>
-#include <utility>
 
 namespace veltro::host {
 
@@ -95,14 +94,6 @@ int operationTraverse(PyObject* self, visitproc visit, void* context)
     // The type is left out: on 3.8 it must not be visited, and no cycle of ours runs through it.
     PyObject* const bindings = operationOf(self).bindings;
     return bindings == nullptr ? 0 : visit(bindings, context);
-}
-
-int operationClear(PyObject* self)
-{
-    // The collector has found the whole load to be garbage: the operation can be neither called nor bound any more.
-    PyObject* const bindings = std::exchange(operationOf(self).bindings, nullptr);
-    Py_XDECREF(bindings); // a macro on 2.7, which evaluates its argument more than once
-    return 0;
 }
 
 PyGetSetDef kOperationAttributes[] = {

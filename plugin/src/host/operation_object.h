@@ -9,7 +9,9 @@ namespace veltro::host {
 struct OperationObject {
     PyObject_HEAD const OperationTable* table;
     const char* className; // null for a function of the module
-    PyObject* bindings;    // what Host reads; part of the module's reference cycles, so the collector visits it
+    PyObject* bindings;    // what Host reads; part of the module's reference cycles, so the collector visits it. It
+                           // never clears it: each such cycle runs through a namespace, and breaks there. So even what
+                           // is called while a load is taken apart finds its host.
 };
 
 [[nodiscard]] inline OperationObject& operationOf(PyObject* object) noexcept
@@ -27,7 +29,6 @@ PyObject* operationCall(PyObject* self, PyObject* positions, PyObject* keywords)
 PyObject* operationGet(PyObject* self, PyObject* instance, PyObject* type);
 PyObject* operationRepr(PyObject* self);
 int operationTraverse(PyObject* self, visitproc visit, void* context);
-int operationClear(PyObject* self);
 extern PyGetSetDef kOperationAttributes[];
 
 } // namespace veltro::host
