@@ -2,7 +2,10 @@
 
 import http.server
 import threading
+import time
 import unittest
+
+from selenium.webdriver.common.action_chains import ActionChains
 
 from receiver.actions import KEYS
 from receiver.web import camera
@@ -65,6 +68,15 @@ class ConnectionTest(PageTest):
         self.assertEqual(self.js("return document.querySelector('.connection').textContent"), "")
         self.press("down")
         self.shows(position=3)
+
+    def test_keys_pressed_while_the_connection_is_made_are_not_lost(self):
+        self.js("socket.onclose = null; socket.close(); connect();" + STORM, ["ArrowDown"] * 7)
+        self.shows(position=8)
+
+    def test_a_button_held_while_the_connection_drops_is_let_go(self):
+        self.js("document.dispatchEvent(new KeyboardEvent('keydown', {key: 'ArrowDown'})); socket.close()")
+        self.wait_for(lambda: not self.is_connected())
+        self.assertNotIn("pressed", self.button("down").get_attribute("class"))
 
     def test_a_killed_receiver_comes_back(self):
         self.press("down*5")
@@ -171,20 +183,15 @@ class RemoteTest(PageTest):
 
     def test_a_held_button_repeats_and_stops(self):
         down = self.button("down")
-        actions = self.driver_actions()
-        actions.click_and_hold(down).perform()
+        ActionChains(self.driver, duration=0).click_and_hold(down).perform()
         self.wait_for(lambda: self.read()["position"] >= 4)
         self.assertIn("pressed", down.get_attribute("class"))
-        self.driver_actions().release().perform()
+        ActionChains(self.driver, duration=0).release().perform()
         self.assertNotIn("pressed", down.get_attribute("class"))
-        self.press("up")  # comes after every repeat that was sent
-        position = self.wait_for(lambda: self.read()["position"])
-        self.press("down")
-        self.wait_for(lambda: self.read()["position"] != position)
-
-    def driver_actions(self):
-        from selenium.webdriver.common.action_chains import ActionChains
-        return ActionChains(self.driver, duration=0)
+        time.sleep(0.2)
+        position = self.read()["position"]
+        time.sleep(0.4)  # more than three repeats
+        self.shows(position=position)
 
     def test_enter_is_ok_after_a_click_on_the_remote(self):
         self.button("down").click()

@@ -8,6 +8,7 @@ const REPEAT_MS = 110;    // so often
 const frame = document.getElementById("frame");
 const held = new Map();   // what is pressed now: the button, and its timer if a pointer holds it
 let socket;
+let waiting = [];         // what was pressed while the connection was being made
 
 // --- Frames -------------------------------------------------------------------------------------------------------
 
@@ -19,9 +20,13 @@ function connect() {
     morph(frame, fresh.content);
     socket.send("shown");
   };
-  socket.onopen = () => connected(true);
+  socket.onopen = () => {
+    connected(true);
+    for (const message of waiting.splice(0)) socket.send(message);
+  };
   socket.onclose = () => {
-    held.clear();
+    releaseAll();
+    waiting = [];   // a receiver that comes back much later must not get them
     connected(false);
     setTimeout(connect, RECONNECT_MS);
   };
@@ -59,7 +64,9 @@ for (const button of document.querySelectorAll("button[aria-keyshortcuts]"))
 // flag: m when a key is pressed, r when it repeats, b when it is released
 function send(flag, button) {
   button.classList.toggle("pressed", flag !== "b");
-  if (socket.readyState === WebSocket.OPEN) socket.send(`${flag} ${button.value}`);
+  const message = `${flag} ${button.value}`;
+  if (socket.readyState === WebSocket.OPEN) socket.send(message);
+  else if (socket.readyState === WebSocket.CONNECTING) waiting.push(message);
 }
 
 function press(button) {
@@ -96,10 +103,8 @@ document.addEventListener("keyup", event => {
   if (button) release(button);
 });
 
-let pointed = false;
 document.addEventListener("pointerdown", event => {
   const button = event.target.closest("button[value]");
-  pointed = Boolean(button);
   if (!button || event.button !== 0) return;
   event.preventDefault();   // the focus stays where it is: Enter is still OK
   press(button);
@@ -111,11 +116,10 @@ document.addEventListener("pointercancel", releaseAll);
 document.addEventListener("contextmenu", event => { if (event.target.closest("button[value]")) event.preventDefault(); });
 window.addEventListener("blur", releaseAll);
 
-// Without a pointer: a button that has the focus, or a screen reader's click.
+// A click that no pointer made: a button that has the focus, or a screen reader.
 document.addEventListener("click", event => {
   const button = event.target.closest("button[value]");
-  if (button && !pointed) { press(button); release(button); }
-  pointed = false;
+  if (button && event.detail === 0) { press(button); release(button); }
 });
 
 connect();
