@@ -10,7 +10,8 @@ def of_epg_settings():
     """The id of the menu that has an item for the host's EPG settings, else the setup menu's."""
     try:
         from Screens.Menu import mdom
-        return _find(mdom.getroot()) or FALLBACK
+        root = mdom.getroot() if hasattr(mdom, "getroot") else mdom
+        return _find(root) or FALLBACK
     except Exception:  # a host that keeps its menus in another way
         return FALLBACK
 

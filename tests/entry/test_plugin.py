@@ -1,6 +1,8 @@
 """The entry points that the host calls."""
 
 import inspect
+import sys
+import xml.etree.ElementTree as ElementTree
 
 from tests.entry.box import MENU, OLD_MENU, Descriptor
 from tests.entry.case import BoxTest, handlers
@@ -25,7 +27,6 @@ class DescriptorsTest(BoxTest):
         self.assertEqual(len(set(each.fnc for each in found)), len(found), "hosts tell descriptors apart by this")
 
     def test_importing_it_loads_nothing(self):
-        import sys
         self.import_entry().Plugins(path="/plugin")
         self.assertNotIn("Veltro", sys.modules)
         self.assertNotIn("Plugins.Extensions.Veltro.loading", sys.modules)
@@ -39,9 +40,12 @@ class MenuTest(BoxTest):
         return [name for name in ("mainmenu", "setup", "system", "gui", "epg") if in_menu(name)]
 
     def test_where_the_epg_settings_are(self):
-        import xml.etree.ElementTree as ElementTree
-        for text, place in ((MENU, "epg"), (OLD_MENU, "gui"), ("<menu/>", "setup"), ("<menu><item key='epg_setup'/></menu>", "setup")):
+        for text, place in ((MENU, "epg"), (OLD_MENU, "gui"), ("<menu/>", "setup"),
+                            ("<menu><item key='epg_setup'/></menu>", "setup")):
             self.assertEqual(self.places(ElementTree.ElementTree(ElementTree.fromstring(text))), [place])
+
+    def test_a_host_that_keeps_the_root_itself(self):
+        self.assertEqual(self.places(ElementTree.fromstring(MENU)), ["epg"])
 
     def test_a_host_with_other_menus(self):
         self.assertEqual(self.places(object()), ["setup"])

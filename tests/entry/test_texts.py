@@ -2,8 +2,9 @@
 
 import os
 import struct
+import types
 
-from tests.entry.box import ENTRY, PYTHON2
+from tests.entry.box import PYTHON2
 from tests.entry.case import BoxTest
 
 
@@ -62,7 +63,6 @@ class TextsTest(BoxTest):
         self.assertEqual(self.translate("EPG menu"), self.text(u"EPG-Men\u00fc"))
 
     def test_the_module_gets_it_as_its_own(self):
-        import types
         module = types.ModuleType("Veltro")
         self.box.part("texts").install(module)
         self.assertIs(module._, self.translate)
@@ -75,9 +75,3 @@ class ModuleTextsTest(BoxTest):
         screen = self.box.session.open(self.module.Veltro, "/plugin")
         self.assertEqual(screen["key_red"].text, "Raus")
         self.assertEqual(screen.list[16][0], "Pfad: /nowhere")
-
-
-class CataloguesTest(BoxTest):
-    def test_are_there(self):
-        languages = set(name.split(".")[0] for name in os.listdir(os.path.join(ENTRY, "locale")))
-        self.assertTrue(set("de fr es it nl pl cs ru tr".split()) <= languages, languages)

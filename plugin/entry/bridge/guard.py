@@ -168,11 +168,12 @@ class Session(object):
         return self._try(self._session.openWithCallback, callback, *arguments, **keywords)
 
     def _try(self, opener, *arguments, **keywords):
-        depth = len(self._session.dialog_stack)
+        waiting = getattr(self._session, "dialog_stack", ())
+        depth = len(waiting)
         try:
             return opener(*arguments, **keywords)
         except Exception:
             # The screen below was stopped to make room. Unless it runs again, no key would reach any screen.
-            if len(self._session.dialog_stack) > depth:
+            if len(waiting) > depth:
                 self._session.popCurrent()
             raise

@@ -114,7 +114,7 @@ def _create(path, element):
 
 def _stop_saving_of_clients(client):
     """Where the host's cache has a switch for saving, an EPG client turns it off, and back to the user's own setting."""
-    if not hasattr(eEPGCache.getInstance(), "setSave"):
+    if not hasattr(eEPGCache, "setSave"):
         return
     save = _find("epg.saveepg")
 
