@@ -3,10 +3,13 @@
 import importlib
 import sys
 import unittest
+from unittest import mock
 
+from receiver.actions import BREAK, LONG, MAKE, Keymap
 from receiver.gui import HOST_MODULES, find
 from receiver.profile import PROFILES
-from tests.receiver.tv import TvTest, host
+from receiver.session import Session
+from tests.receiver.tv import TvTest, host, run_cli
 
 SAVE, LOAD, DELETE = "Save EPG cache to epg.dat", "Load EPG data from epg.dat", "Delete broken epg.dat"
 NOTHING = "0 events, 0 services"
@@ -256,6 +259,28 @@ class Flows:
         self.assertEqual(host_names(), names)
 
 
+    def test_leaves_no_traces_from_before_it_was_loaded(self):
+        """As above, from the moment on when the plug-in was found and nothing of it had run yet."""
+        before = []
+        real = Session.open
+
+        def watched(session, *arguments, **keywords):
+            before or before.append((dict(sys.modules), host_names()))
+            return real(session, *arguments, **keywords)
+        with mock.patch.object(Session, "open", watched):
+            self.switch_on()
+        self.assertEqual(self.top.name, "Veltro")
+        self.press("exit")
+        modules, names = before[0]
+        self.assertNotIn("Veltro", modules)
+        self.assertTrue(all(sys.modules[name] is module for name, module in modules.items()))
+        for name, earlier in names.items():
+            now = host_names()[name]
+            self.assertEqual({key: now[key] for key in earlier}, earlier, name)
+            # A package gets a name for each of its modules when that is imported, by whomever.
+            self.assertTrue(all(id(sys.modules.get("%s.%s" % (name, key))) == now[key] for key in set(now) - set(earlier)))
+
+
 class Boxes:
     """What the bridge is for."""
 
@@ -453,6 +478,34 @@ class OpenAtvOnly:
             self.receiver.switch_off()
 
 
+class KeymapTest(unittest.TestCase):
+    def test_colour_keys(self):
+        """(context, key, event) -> action, on the images that differ there."""
+        for image, expected in {
+                "full": {("ColorActions", "red", MAKE): "red", ("SetupActions", "red", MAKE): None},
+                "openpli": {("ColorActions", "red", MAKE): "red", ("SetupActions", "red", MAKE): "cancel",
+                            ("SetupActions", "down", MAKE): "down", ("TvRadioActions", "tv", BREAK): "keyTV"},
+                "openatv": {("ColorActions", "red", MAKE): None, ("ColorActions", "red", BREAK): "red",
+                            ("ColorActions", "red", LONG): "redlong", ("SetupActions", "red", BREAK): "cancel",
+                            ("ChannelSelectBaseActions", "red", MAKE): "showAllServices",
+                            ("OkCancelActions", "exit", BREAK): "cancel"},
+                "openvix": {("ColorActions", "red", BREAK): "red", ("SetupActions", "red", MAKE): "cancel",
+                            ("SetupActions", "down", MAKE): None, ("EPGSelectActions", "red", MAKE): None}}.items():
+            keymap = Keymap(*PROFILES[image].keymaps)
+            self.assertEqual({place: keymap.lookup(*place) for place in expected}, expected, image)
+
+
+class CommandLineTest(TvTest):
+    def test_host(self):
+        code, out, _ = run_cli("--host", "openvix", "--etc", str(self.etc), "--keys", "down*8 right green")
+        self.assertEqual((code, "Main menu" in out), (0, True))
+        self.assertEqual((self.etc / "settings").read_text(), "config.epg.eit=False\n")
+
+    def test_unknown_host(self):
+        code, _, error = run_cli("--host", "toaster", "--keys", "")
+        self.assertEqual((code, error.count("\n"), "toaster" in error), (2, 1, True))
+
+
 def _tests(image, *parts):
     return type(image.capitalize() + "".join(part.__name__ for part in parts), (*parts, ImageTest), {"image": image})
 
@@ -461,5 +514,5 @@ def load_tests(loader, standard, pattern):
     cases = [_tests(image, Flows) for image in PROFILES]
     cases += [_tests(image, Boxes) for image in PROFILES if image != "full"]
     cases += [_tests(image, OwnKeys) for image in PROFILES if PROFILES[image].builds_cache_path]
-    cases.append(_tests("openatv", OpenAtvOnly))
+    cases += [_tests("openatv", OpenAtvOnly), KeymapTest, CommandLineTest]
     return unittest.TestSuite(loader.loadTestsFromTestCase(case) for case in cases)
