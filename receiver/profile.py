@@ -75,7 +75,8 @@ PROFILES = {profile.name: profile for profile in (
     _image("openpli", channel_map_priority=-2, cache_methods=("flushEPG",), keys=KEYS_EVERYWHERE),
     _image("openatv", channel_map_priority=0, channel_colours="ColorActions",
            cache_methods=("flushEPG", "clear", "setSave"), builds_cache_path=True,
-           keys={**KEYS_EVERYWHERE, "usage.epg_default_view": "plisettings.PLIEPG_mode", "usage.epg_buffer": "epg.maxdays"}),
+           keys={**KEYS_EVERYWHERE, "usage.epg_default_view": "plisettings.PLIEPG_mode",
+                 "usage.epg_buffer": "epg.maxdays"}),
     _image("openvix", channel_map_priority=-1, cache_methods=("flushEPG",), on_change_always=True, builds_cache_path=True,
            keys=KEYS_EVERYWHERE),
 )}

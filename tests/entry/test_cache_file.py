@@ -1,7 +1,7 @@
 """The path of the EPG file on hosts that build it anew at every start."""
 
-from tests.entry.box import ConfigSelection, ConfigText
 from tests.entry.case import BoxTest
+from tests.entry.fake_config import ConfigSelection, ConfigText
 
 BUILT = "/etc/enigma2/epg.dat"
 

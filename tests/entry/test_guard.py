@@ -3,8 +3,8 @@
 import types
 import weakref
 
-from tests.entry.box import MessageBox, Timer
 from tests.entry.case import BoxTest, handlers
+from tests.entry.fake_screens import MessageBox, Timer
 
 
 class GuardTest(BoxTest):

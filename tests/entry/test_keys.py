@@ -1,7 +1,7 @@
 """Configuration keys: the host's own under the module's paths, and new ones that the host stores."""
 
-from tests.entry.box import ConfigSelection, ConfigSubsection, ConfigText, ConfigYesNo
 from tests.entry.case import BoxTest
+from tests.entry.fake_config import ConfigSelection, ConfigSubsection, ConfigText, ConfigYesNo
 
 
 class KeysTest(BoxTest):

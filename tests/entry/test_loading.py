@@ -5,8 +5,9 @@ import sys
 import types
 import unittest
 
-from tests.entry.box import BINARY, ENTRY, PACKAGE, PYTHON2, Cache
+from tests.entry.box import BINARY, ENTRY, PACKAGE, PYTHON2
 from tests.entry.case import BoxTest
+from tests.entry.fake_screens import Cache
 
 
 def host_names(box):
@@ -97,7 +98,8 @@ class ContractTest(BoxTest):
                            ("getSelectionChoices", "Components.ConfigList"),
                            ("SimpleChannelSelection", "Screens.ChannelSelection")):
             self.assertIs(getattr(module, name), getattr(self.box.modules[home], name), name)
-        self.assertEqual([sorted(vars(branch)) for branch in (self.config.misc, self.config.usage, self.config.epg)], before)
+        after = [sorted(vars(branch)) for branch in (self.config.misc, self.config.usage, self.config.epg)]
+        self.assertEqual(after, before)
 
     def test_errors_are_the_hosts(self):
         self.load()

@@ -3,8 +3,8 @@
 import sys
 import types
 
-from tests.entry.box import ConfigSelection
 from tests.entry.case import BoxTest
+from tests.entry.fake_config import ConfigSelection
 
 
 class NamesTest(BoxTest):

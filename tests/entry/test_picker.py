@@ -1,7 +1,7 @@
 """The channel picker on hosts whose channel list has its own idea of the colour keys."""
 
-from tests.entry.box import ActionMap, ChannelSelection, Reference, ServiceList
 from tests.entry.case import BoxTest, handlers
+from tests.entry.fake_screens import ActionMap, ChannelSelection, Reference, ServiceList
 
 FOLDER = 7
 

@@ -4,8 +4,9 @@ import inspect
 import sys
 import xml.etree.ElementTree as ElementTree
 
-from tests.entry.box import MENU, OLD_MENU, Descriptor
+from tests.entry.box import MENU, OLD_MENU
 from tests.entry.case import BoxTest, handlers
+from tests.entry.fake_screens import Descriptor
 
 try:
     arguments_of = inspect.getfullargspec
@@ -17,7 +18,7 @@ class DescriptorsTest(BoxTest):
     def test_plain_functions_for_each_place(self):
         found = self.import_entry().Plugins(path="/plugin")
         places = dict((each.where, each) for each in found)
-        self.assertEqual(set(places), set([Descriptor.WHERE_SESSIONSTART, Descriptor.WHERE_MENU, Descriptor.WHERE_PLUGINMENU]))
+        self.assertEqual(sorted(places), [Descriptor.WHERE_PLUGINMENU, Descriptor.WHERE_MENU, Descriptor.WHERE_SESSIONSTART])
         for each in found:
             self.assertTrue(inspect.isfunction(each.fnc))
         self.assertEqual(arguments_of(places[Descriptor.WHERE_PLUGINMENU].fnc).args, ["session"])

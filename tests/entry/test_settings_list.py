@@ -1,7 +1,7 @@
 """The help text of the settings list's row."""
 
-from tests.entry.box import Component
 from tests.entry.case import BoxTest
+from tests.entry.fake_screens import Component
 
 
 class HelpTest(BoxTest):
