@@ -3,8 +3,8 @@
 
 #include "host/object.h"
 
+#include <array>
 #include <optional>
-#include <vector>
 
 namespace veltro::host {
 
@@ -52,15 +52,18 @@ private:
 
     [[nodiscard]] Object sectionOf(const Object& parent, Text name, At at)
     {
-        for (const Section& section : sections_)
-            if (section.parent == parent.get() && section.name == name)
-                return section.object;
-        sections_.push_back({parent.get(), name, parent.attr({name, at})});
-        return sections_.back().object;
+        for (std::optional<Section>& section : sections_) {
+            if (!section)
+                section = Section{parent.get(), name, parent.attr({name, at})};
+            if (section->parent == parent.get() && section->name == name)
+                return section->object;
+        }
+        return parent.attr({name, at});
     }
 
     Object root_;
-    std::vector<Section> sections_;
+    // Not a vector: reporting its length errors would bring in functions that ask for a newer C library than boxes have.
+    std::array<std::optional<Section>, 4> sections_; // usage, misc, and the two within usage
 };
 
 /// One element of the tree, looked up now.
