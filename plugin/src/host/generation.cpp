@@ -111,7 +111,7 @@ PyObject* createClass(const char* name, PyObject* bases, FillNamespace fill, con
 {
     const Held types(PyImport_ImportModule("types"));
     if (!types)
-        return nullptr;
+        return nullptr; // GCOVR_EXCL_LINE: out of memory
     // (metaclass, namespace, keywords), with the most derived metaclass of the bases and its __prepare__.
     const Held prepared(PyObject_CallMethod(types.get(), "prepare_class", "sO", name, bases));
     if (!prepared)
@@ -166,8 +166,10 @@ PyObject* operationType(PyObject* moduleName)
     // Instances find __module__ on their type, so that help() counts the operations among the module's own.
     if (type == nullptr || PyObject_SetAttrString(type, "__module__", moduleName) == 0)
         return type;
+    // GCOVR_EXCL_START: out of memory
     Py_DECREF(type);
     return nullptr;
+    // GCOVR_EXCL_STOP
 }
 
 PyObject* allocateOperation(PyObject* type)
@@ -186,7 +188,7 @@ PyObject* makeFrame(const char* name, At at)
     const Held nothing(PyTuple_New(0));
     const Held changes(Py_BuildValue("{s:s,s:i}", "co_name", name, "co_firstlineno", at.line));
     if (!replace || !nothing || !changes)
-        return nullptr;
+        return nullptr; // GCOVR_EXCL_LINE: out of memory
     const Held named(PyObject_Call(replace.get(), nothing.get(), changes.get()));
     PyObject* const getFrame = PySys_GetObject("_getframe"); // borrowed
     if (!named || getFrame == nullptr)
@@ -321,11 +323,11 @@ PyObject* operationType(PyObject* moduleName)
         type.tp_repr = &operationRepr;
         type.tp_getset = kOperationAttributes;
         if (PyType_Ready(&type) < 0)
-            return nullptr;
+            return nullptr; // GCOVR_EXCL_LINE: out of memory
     }
     // Instances find __module__ on their type, so that help() counts the operations among the module's own.
     if (PyDict_SetItemString(type.tp_dict, "__module__", moduleName) < 0)
-        return nullptr;
+        return nullptr; // GCOVR_EXCL_LINE: out of memory
     Py_INCREF(&type);
     return reinterpret_cast<PyObject*>(&type);
 }
@@ -340,7 +342,7 @@ PyObject* makeFrame(const char* name, At at)
     const Held code(reinterpret_cast<PyObject*>(PyCode_NewEmpty(at.file, name, at.line)));
     const Held globals(Py_BuildValue("{s:s,s:O}", "__name__", kModuleName, "__builtins__", PyEval_GetBuiltins()));
     if (!code || !globals)
-        return nullptr;
+        return nullptr; // GCOVR_EXCL_LINE: out of memory
     PyFrameObject* const frame =
         PyFrame_New(PyThreadState_GET(), reinterpret_cast<PyCodeObject*>(code.get()), globals.get(), nullptr);
     if (frame != nullptr)

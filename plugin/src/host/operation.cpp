@@ -40,7 +40,7 @@ PyObject* run(const OperationObject& operation, const PyPointer* arguments) noex
         error.restore();
         addFrame(operation.className, operation.table->name, error.at());
     } catch (const std::bad_alloc&) {
-        PyErr_NoMemory();
+        PyErr_NoMemory(); // GCOVR_EXCL_LINE: out of memory
     }
     return nullptr;
 }
@@ -67,7 +67,7 @@ PyObject* operationCall(PyObject* self, PyObject* positions, PyObject* keywords)
     const auto named = static_cast<Py_ssize_t>(operation.table->positions());
     PyObject* const rest = PyTuple_GetSlice(positions, named, PyTuple_Size(positions));
     if (rest == nullptr)
-        return nullptr;
+        return nullptr; // GCOVR_EXCL_LINE: out of memory
     arguments[operation.table->positions()] = rest;
     PyObject* const result = run(operation, arguments.data());
     Py_DECREF(rest);
@@ -83,7 +83,7 @@ PyObject* operationRepr(PyObject* self)
 {
     PyObject* const name = qualifiedName(operationOf(self));
     if (name == nullptr)
-        return nullptr;
+        return nullptr; // GCOVR_EXCL_LINE: out of memory
     PyObject* const shown = generation::joinText("<operation ", generation::Chars(name).get(), ">");
     Py_DECREF(name);
     return shown;
