@@ -10,6 +10,7 @@ from tests.host_double.loader import build_folder
 
 PLUGIN_PATH = "/usr/lib/enigma2/python/Plugins/Extensions/Veltro"
 BOUQUET = "1:7:1:0:"
+MEMORY = "/dev/shm"  # files there cost no disk
 KINDS = ("module", "floor")
 
 OPERATIONS = []  # (title, whether it grows with n, prepare)
@@ -29,7 +30,7 @@ class Bench(object):
     def __init__(self, kind, recording=False):
         host.reset(recording)
         host.start()
-        self.folder = tempfile.mkdtemp(prefix="veltro-bench-")
+        self.folder = tempfile.mkdtemp(prefix="veltro-bench-", dir=MEMORY if os.path.isdir(MEMORY) else None)
         os.mkdir(os.path.join(self.folder, "enigma2"))
         self.file = os.path.join(self.folder, "enigma2", "blacklist_dvb_epg")
         host.set_sysconfdir(self.folder)

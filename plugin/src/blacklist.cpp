@@ -145,7 +145,7 @@ private:
             return host().text(""_t);
         const Object newline = host().text("\n"_t);
         const Object between = newline.plus(start_str);
-        return start_str.plus(between.call("join"_t, references)).plus(newline);
+        return host().text(""_t).call("join"_t, host().tuple(start_str, between.call("join"_t, references), newline));
     }
 
     /// Live services (1) and streams (4097); bouquets, recordings and the rest have no EPG of their own.
