@@ -53,11 +53,14 @@ return {
 
 
 def chromium():
-    """The Chromium of this test run."""
+    """The Chromium of this test run. One that does not start is not tried again, which would take each test half a minute."""
     if not hasattr(chromium, "driver"):
+        chromium.driver = None
         stack = contextlib.ExitStack()
         chromium.driver = stack.enter_context(camera.browser())
         atexit.register(stack.close)
+    if chromium.driver is None:
+        raise camera.NoBrowser("Chromium did not start: see the first test that failed")
     return chromium.driver
 
 
