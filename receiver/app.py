@@ -11,8 +11,9 @@ from receiver import picture
 from receiver.actions import BREAK, LONG, MAKE, REPEAT
 from receiver.data import env
 from receiver.data.epg_cache import eEPGCache
-from receiver.gui import HERE, Gui
+from receiver.gui import Gui
 from receiver.layout import RESOLUTIONS, Skin
+from receiver.places import HERE
 from receiver.profile import PROFILES
 
 CRASH_SECONDS = 10

@@ -15,7 +15,7 @@ from pathlib import Path
 from receiver import text_tv
 from receiver.actions import KEYS
 from receiver.app import Receiver
-from receiver.gui import HERE
+from receiver.places import HERE
 from receiver.layout import RESOLUTIONS
 from receiver.loop import VirtualLoop
 from receiver.profile import PROFILES

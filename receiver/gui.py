@@ -9,7 +9,6 @@ import importlib
 import os
 import sys
 import weakref
-from pathlib import Path
 
 from receiver import running
 from receiver.actions import ActionMaps, Keymap
@@ -19,11 +18,8 @@ from receiver.data.files import read_lines
 from receiver.data.reference import eServiceReference
 from receiver.data.service_center import eServiceCenter
 from receiver.imitation import imitate
+from receiver.places import HOST_MODULES, PLUGIN_FOLDERS
 from receiver.session import Session
-
-HERE = Path(__file__).resolve().parent
-HOST_MODULES = HERE / "host"
-PLUGIN_FOLDERS = (HERE.parent / "plugin" / "entry", HERE.parent / os.environ.get("VELTRO_BUILD", "build/py3"))
 
 # gettext answers the empty text with its catalogue's header. Boxes do; whoever translates "" sees it at once.
 CATALOGUE_HEADER = "Content-Type: text/plain; charset=UTF-8\n"

@@ -4,7 +4,7 @@ import xml.etree.ElementTree as ElementTree
 
 from receiver import running
 from receiver.layout import Skin
-from receiver.gui import HERE
+from receiver.places import HERE
 from Tools.Directories import SCOPE_SKIN, resolveFilename
 
 _skin = Skin(running.gui.resolution)

@@ -18,7 +18,7 @@ from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
 
-from receiver.gui import HERE
+from receiver.places import HERE
 from receiver.web import camera
 
 ROOT = HERE.parent

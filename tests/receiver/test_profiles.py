@@ -6,7 +6,8 @@ import unittest
 from unittest import mock
 
 from receiver.actions import BREAK, LONG, MAKE, Keymap
-from receiver.gui import HOST_MODULES, find
+from receiver.gui import find
+from receiver.places import HOST_MODULES
 from receiver.profile import PROFILES
 from receiver.session import Session
 from tests.receiver.tv import TvTest, host, run_cli

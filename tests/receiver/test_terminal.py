@@ -12,7 +12,7 @@ import sys
 import termios
 import time
 
-from receiver.gui import HERE
+from receiver.places import HERE
 from tests.receiver.tv import TvTest
 
 ENTER, LEAVE, SHOW_CURSOR = b"\x1b[?1049h", b"\x1b[?1049l", b"\x1b[?25h"

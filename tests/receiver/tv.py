@@ -12,7 +12,7 @@ from pathlib import Path
 
 from receiver import cli
 from receiver.app import Receiver
-from receiver.gui import HERE
+from receiver.places import HERE
 from receiver.loop import VirtualLoop
 from receiver.picture import ListBox
 from receiver.profile import PROFILES

@@ -6,7 +6,7 @@ import sys
 import traceback
 
 from Plugins.Plugin import PluginDescriptor
-from receiver.gui import PLUGIN_FOLDERS
+from receiver.places import PLUGIN_FOLDERS
 
 
 class PluginComponent:

@@ -3,7 +3,7 @@
 import os
 
 from receiver.data import env
-from receiver.gui import HERE
+from receiver.places import HERE
 
 SCOPE_CONFIG, SCOPE_SKIN, SCOPE_CURRENT_SKIN, SCOPE_PLUGINS = range(4)
 
