@@ -1,4 +1,6 @@
-"""How fast the module is, beside plain Python that makes the same host calls. Run by script/bench; docs/performance.md explains.
+"""How fast the module is, beside plain Python that makes the same host calls.
+
+script/bench runs it, docs/performance.md explains it.
 
 floor       the plain Python
 operations  what is measured, for both in the same way

@@ -185,7 +185,8 @@ class Edit_DVB_EPG_Blacklist(Screen):
     def finishedChannelSelection(self, refs):
         servicelist = self.servicelist
         known = set([row[0] for row in servicelist])
-        append, note, service, element, types = servicelist.append, known.add, ServiceReference, ConfigNothing, ("1", "4097")
+        append, note, service, element = servicelist.append, known.add, ServiceReference, ConfigNothing
+        types = ("1", "4097")
         for ref in refs:
             service_ref = service(ref)
             name = service_ref.getServiceName() or "N/A"

@@ -1,8 +1,8 @@
-"""What must hold of a box with the module on it, as a small model: each operation is a generator of its steps with the host.
+"""What must hold of a box with the module on it, as a small model.
 
-An operation that runs within another is yielded whole. A step
-is what the recorder of the host notes of it, as literals; `ANY` matches whatever stands there. What an operation changes
-stands behind the step that brings it about. An error of the host is thrown into the generator at the step that failed: only
+Each operation is a generator of its steps with the host; one that runs within another is yielded whole. A step is what the
+recorder of the host notes of it, as literals; `ANY` matches whatever stands there. What an operation changes stands behind
+the step that brings it about. An error of the host is thrown into the generator at the step that failed: only
 where the model catches it may the module go on.
 """
 

@@ -15,8 +15,8 @@ from tests.module.case import HostTestCase, PLUGIN_PATH, host
 
 SEEDS = int(os.environ.get("VELTRO_FUZZ_SEEDS", "300"))
 SAVE_LINE = ("console", "[Veltro] writing DVB EPG blacklist failed\n")
-PIECES = (b"#SERVICE ", b"#SERVICE", b"#service ", b" ", b"\t", b"\r", b"\n", b"\r\n", b"\0", b"\x0b", b"\x0c", b"\x1c", b"\x85",
-          b"\xff", b"\xc3\xa4", b"\xe2\x80\xa8", b"\xed\xa0\x80", b"1:", b"4097:", b"1 :", b"2:", b"0:", b"1:0:1:", b":",
+PIECES = (b"#SERVICE ", b"#SERVICE", b"#service ", b" ", b"\t", b"\r", b"\n", b"\r\n", b"\0", b"\x0b", b"\x0c", b"\x1c",
+          b"\x85", b"\xff", b"\xc3\xa4", b"\xe2\x80\xa8", b"\xed\xa0\x80", b"1:", b"4097:", b"1 :", b"2:", b"0:", b"1:0:1:", b":",
           b"1", b"N/A", b"http%3a//host/", b"x" * 300)
 
 

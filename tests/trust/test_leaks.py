@@ -109,7 +109,8 @@ class Scenarios(LeakTestCase):
 
 class Arguments(LeakTestCase):
     WRONG = (((), {}), ((1,), {}), ((1, 2, 3, 4, 5), {}), ((), {"unknown": 1}), ((1,), {"session": 2, "self": 3}),
-             ((1, 2), {"session": 2}), ((1, 2, 3, 4), {"args": 5}), ((1,), {u"\u00e4".encode("utf-8") if PYTHON2 else u"\u00e4": 1}))
+             ((1, 2), {"session": 2}), ((1, 2, 3, 4), {"args": 5}),
+             ((1,), {u"\u00e4".encode("utf-8") if PYTHON2 else u"\u00e4": 1}))
 
     def wrong(self, operation):
         for arguments, keywords in self.WRONG:

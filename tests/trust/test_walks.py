@@ -23,8 +23,14 @@ BOUQUET = "1:7:1:G:"
 TEXTS = ("1:0:1:A:", "1:0:1:B:", "4097:0:1:C:", "1:0:2:D:", "2:0:1:E:", "1:64:1:F:", BOUQUET, "1:0:1:H:", "1:1:1:I:")
 NAMES = ("One", "Two", "", "N/A", "One")
 DIRECTORIES = ("/media/", "/media/hdd/", "/media/usb", "/")
-FILES = (b"", b"#SERVICE 1:0:1:A:\n", b"#SERVICE 1:0:1:A:\r\n#SERVICE 2:0:\n# no\n#SERVICE 4097:0:1:C: \n", b"\xff\n#SERVICE 1:\xff\n",
-         b"#SERVICE 1:0:1:A:\n#SERVICE 1:0:1:B:\n#SERVICE 1:0:2:D:\n", b"#SERVICE 1:0:#SERVICE A:\x0b\n")
+FILES = (
+    b"",
+    b"#SERVICE 1:0:1:A:\n",
+    b"#SERVICE 1:0:1:A:\r\n#SERVICE 2:0:\n# no\n#SERVICE 4097:0:1:C: \n",
+    b"\xff\n#SERVICE 1:\xff\n",
+    b"#SERVICE 1:0:1:A:\n#SERVICE 1:0:1:B:\n#SERVICE 1:0:2:D:\n",
+    b"#SERVICE 1:0:#SERVICE A:\x0b\n",
+)
 
 
 class TextOfItsOwn(str):
