@@ -6,6 +6,8 @@ the step that brings it about. An error of the host is thrown into the generator
 where the model catches it may the module go on.
 """
 
+import errno
+
 from tests.host_double.configuration import CHOICES, KEYS
 from tests.module.case import PLUGIN_PATH, SETTING_KEYS
 
@@ -386,6 +388,8 @@ class Box(object):
         except IOError:
             yield SAVE_LINE
             yield ("unlink", self.path)
+            if self.file is None:
+                raise OSError(errno.ENOENT, "there never was a file to delete")
             self.file = None
         yield self.close()
 
