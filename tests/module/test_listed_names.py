@@ -166,6 +166,10 @@ class OddNames(HostTestCase):
         self.assertEqual([(row[0], row[3]) for row in screen.servicelist], [("One", ONE)])
 
 
+# What this process has worked; what others do on the machine does not count.
+processor_time = getattr(time, "process_time", None) or time.clock
+
+
 class Growth(HostTestCase):
     def seconds(self, count):
         """For adding that many services to as many listed ones, on a host that does next to nothing itself."""
@@ -180,9 +184,9 @@ class Growth(HostTestCase):
             screen.finishedChannelSelection(texts[:count])
             gc.collect()
             gc.disable()
-            start = time.time()
+            start = processor_time()
             screen.finishedChannelSelection(texts)
-            spent = time.time() - start
+            spent = processor_time() - start
             gc.enable()
             self.assertEqual(len(screen.servicelist), 2 * count)
             best = spent if best is None else min(best, spent)
