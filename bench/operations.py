@@ -6,7 +6,6 @@ import sys
 import tempfile
 
 from tests.host_double import host
-from tests.host_double.loader import build_folder
 
 PLUGIN_PATH = "/usr/lib/enigma2/python/Plugins/Extensions/Veltro"
 BOUQUET = "1:7:1:0:"

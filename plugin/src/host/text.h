@@ -16,7 +16,7 @@ struct Literal {
 };
 
 /// The place of one literal among the module's texts. Slots enter the chain when the binary is loaded; the Python
-/// strings themselves belong to a load (see `makeTexts`), so no Python object ever lives in a static.
+/// strings themselves belong to a load (see `makeBindings` in module.cpp), so no Python object ever lives in a static.
 struct TextSlot {
     explicit TextSlot(const char* literal) noexcept;
 
