@@ -7,8 +7,8 @@ import sys
 import timeit
 
 from tests.host_double import host
+from tests.host_double.loader import build_folder
 
-from . import operations
 from .operations import KINDS, Bench
 
 SIZES = (1000, 10000, 100000)
@@ -65,7 +65,7 @@ def import_seconds(kind):
     """Import of the module, with every host module loaded before."""
     host.reset(recording=False)
     host.start()
-    sys.path.insert(0, operations.build_folder())
+    sys.path.insert(0, build_folder())
     try:
         with host.modules.installed():
             for name in sorted(host.modules.managed):
