@@ -59,6 +59,7 @@ class Screen(dict):
 
     def close(self, *result):
         session = self.session
+        del self.session  # as every host does
         self.__dict__.clear()
         self.clear()
         session.close(self, *result)

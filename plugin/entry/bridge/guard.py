@@ -141,6 +141,10 @@ class Screen(screen.Screen):
     def session(self, session):
         self.__dict__["session"] = session_of(session)
 
+    @session.deleter
+    def session(self):
+        self.__dict__.pop("session", None)  # a host that closes a screen deletes it
+
 
 def session_of(host_session):
     """The session as a screen or the entry shall use it."""
