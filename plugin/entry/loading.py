@@ -33,6 +33,7 @@ def load():
             module = _import(sys.modules[PACKAGE].__path__)
         texts.install(module)
         layouts.install(module)
+        bridge.extend(module)
         _loaded = module
     return _loaded
 

@@ -9,9 +9,12 @@ from __future__ import absolute_import
 
 import sys
 
-from . import epg_cache, guard, keys, names, picker, settings_list
+from . import epg_cache, guard, keys, names, picker, settings_list, settings_screen
 
 WHOLESALE = "Screens.ChannelSelection"
+
+# What images need on top of the module's own screens: {class of the module: mixin}, each of one concern.
+SCREENS = (settings_screen.SCREENS,)
 
 
 def changes():
@@ -41,3 +44,13 @@ def _imported_by_the_channel_list(found):
         own = vars(sys.modules[module]) if module != WHOLESALE and sys.modules.get(module) else {}
         same.update((name, changed[name]) for name in changed if name in own and there.get(name) is own[name])
     return same
+
+
+def extend(module):
+    """Put the mixins of SCREENS before the module's own screens, under the names by which it opens them: it looks its
+    classes up when it opens one, and skins and front displays find a screen by its class's name."""
+    if not guard.on:
+        return
+    for name in sorted(set(name for screens in SCREENS for name in screens)):
+        mixins = tuple(screens[name] for screens in SCREENS if name in screens)
+        setattr(module, name, type(name, mixins + (getattr(module, name),), {"__module__": module.__name__}))

@@ -1,0 +1,24 @@
+"""The settings screen on images."""
+
+from tests.entry.case import BoxTest
+
+PATH_ROW = 16
+
+
+class SettingsScreenTest(BoxTest):
+    def setUp(self):
+        BoxTest.setUp(self)
+        self.load()
+        self.screen = self.box.session.open(self.module.Veltro, "/plugin")
+
+    def test_a_chosen_directory_is_shown_at_once(self):
+        self.screen.gotEPGpath("/media/usb/epg.dat")
+        self.assertEqual(self.screen["config"].list[PATH_ROW][0], "EPG Path : /media/usb")
+
+    def test_no_choice_leaves_the_list_alone(self):
+        before = self.screen["config"].list
+        self.screen.gotEPGpath(None)
+        self.assertIs(self.screen["config"].list, before)
+
+    def test_its_class_has_the_name_that_skins_know(self):
+        self.assertEqual(type(self.screen).__name__, "Veltro")
