@@ -14,6 +14,7 @@ from . import channels
 HOSTS = os.environ.get("VELTRO_HOSTS", "")
 if HOSTS and os.path.exists(os.path.join(HOSTS, "host.py")):
     sys.path.insert(0, HOSTS)
+    import picture
     from host import Host, HostError
 else:
     HOSTS = ""
@@ -27,6 +28,8 @@ def kits():
 KIT = os.environ.get("VELTRO_KIT") or (kits() or [""])[0]
 PACKAGES = os.path.abspath(os.environ.get("VELTRO_PACKAGES", "build/hosts/package"))
 STATES = os.path.join(os.path.dirname(PACKAGES), "state", KIT)  # what a host wrote stays to be looked at
+ICONS = ("folder", "marker", "ico_dvb-s", "ico_dvb-c", "ico_dvb-t", "ico_stream", "ico_service_group", "icon_crypt", "record",
+         "ico_hd-fs8", "ico_sd-fs8", "ico_uhd-fs8", "ico_catchup-fs8", "ico_altref-fs8")
 BLACKLIST = "/etc/enigma2/blacklist_dvb_epg"
 SETTINGS = "/etc/enigma2/settings"
 
@@ -61,6 +64,7 @@ class HostCase(unittest.TestCase):
         files = tempfile.mkdtemp()
         try:
             channels.write(files)
+            _write_icons(os.path.join(files, "icons"))
             with open(os.path.join(files, "settings"), "w") as settings:
                 settings.writelines("%s=%s\n" % pair for pair in sorted(cls.values.items()))
             cls.host = Host(os.path.join(HOSTS, KIT), state, plugin=plugin(), settings=files, resolution=cls.resolution,
@@ -168,6 +172,13 @@ class HostCase(unittest.TestCase):
         """One of these screens is on top."""
         self.assertAlive()
         self.assertIn(self.name(), names, self.host.log[-2000:])
+
+
+def _write_icons(folder):
+    """Pictures of a channel list's rows. A kit's skin may lack them, and then its list dies in painting a row."""
+    os.makedirs(folder)
+    for name in ICONS:
+        picture.write(os.path.join(folder, name + ".png"), 16, 16, b"\xff\xc0\x80\xff" * 256)
 
 
 def plugin():

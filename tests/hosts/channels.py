@@ -13,7 +13,7 @@ ODD_NAMES = tuple(name if isinstance(name, bytes) else name.encode("utf-8") for 
     u"", u" ", u"N/A", u"(...)", u".", u"100% Sport", u"%s %d %(name)s", u"Tom & Jerry <b>TV</b>", u"it's \"quoted\"",
     u"back\\slash \\n \\c00ff0000red", u"\u041f\u0435\u0440\u0432\u044b\u0439 \u043a\u0430\u043d\u0430\u043b",
     u"\u0627\u0644\u062c\u0632\u064a\u0631\u0629", u"\u4e2d\u592e\u7535\u89c6\u53f0", u"\U0001f4fa TV", u"\x86Das\x87 Erste",
-    u"TV\u00a0\u200bZero", u"W" * 300, u"{0} {name}", u"#SERVICE 1:0:1:1:1:1:1:0:0:0:", u"a:b:c", b"T\xe9l\xe9 Latin-1",
+    u"TV\u00a0\u200bZero", u"W" * 240, u"{0} {name}", u"#SERVICE 1:0:1:1:1:1:1:0:0:0:", u"a:b:c", b"T\xe9l\xe9 Latin-1",
     b"cut \xc3", b"\xff\xfe", b"\xed\xa0\x80 surrogate"))
 
 
@@ -70,7 +70,7 @@ def write(folder):
 def _mixed(tv):
     """Markers, streams, a bouquet in the bouquet, services that are unknown or there twice."""
     return (["1:64:1:0:0:0:0:0:0:0::News\n#DESCRIPTION News"] + [reference(each) for each in tv[100:105]]
-            + [stream(number, "Stream %d" % number) for number in range(1, 6)] + [stream(6, "Stream 5")]
+            + [stream(number, "Stream %d" % number) for number in range(1, 6)] + [stream(6, "Stream 5"), stream(7, "L" * 1000)]
             + ["1:832:D:2:0:0:0:0:0:0:", "1:64:2:0:0:0:0:0:0:0::100% %s\n#DESCRIPTION 100% %s"]
             + [unknown(number) for number in range(5)] + [reference(tv[100])]
             + ['1:7:1:0:0:0:0:0:0:0:FROM BOUQUET "userbouquet.empty.tv" ORDER BY bouquet',
