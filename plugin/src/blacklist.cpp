@@ -91,8 +91,9 @@ struct Edit_DVB_EPG_Blacklist : host::Screen {
             const Object reference = service_ref.reference();
             if (!isWanted(reference))
                 continue;
-            servicelist.append(host().tuple(service_name, newConfigNothing(host()), host().integer(0), reference));
-            listed.add(service_name);
+            const Object row = host().tuple(service_name, newConfigNothing(host()), host().integer(0), reference);
+            servicelist.append(row);
+            listed.add(row);
         }
         redraw();
     }
@@ -106,10 +107,7 @@ struct Edit_DVB_EPG_Blacklist : host::Screen {
         } catch (const host::Error& error) {
             if (!error.matches(host().ioError()))
                 throw;
-            // A failed save leaves no file behind, not even the previous one: half a blacklist would look like a whole
-            // one.
-            host::printLine(host(), "[Veltro] writing DVB EPG blacklist failed\n"_t);
-            host::unlinkFile(filename);
+            discard(filename);
         }
     }
 
@@ -153,6 +151,14 @@ private:
     {
         const Object type = reference.call("split"_t, ":"_t, reference.host().integer(1)).item(0);
         return type.equals("1"_t) || type.equals("4097"_t);
+    }
+
+    /// A failed save leaves no file behind, not even the previous one: half a blacklist would look like a whole one. So
+    /// the file goes even if the console fails; the console's error is the one that counts then.
+    void discard(const Object& filename) const
+    {
+        host::inAnyCase([&] { host::printLine(host(), "[Veltro] writing DVB EPG blacklist failed\n"_t); },
+                        [&] { host::unlinkFile(filename); });
     }
 
     void redraw() const { ConfigList(widget("ServiceList"_t)).redraw(attr("servicelist"_t)); }

@@ -7,14 +7,14 @@
 namespace veltro {
 
 /// Registers the screen's current title as its "title" widget. Whatever fails there, of every kind of error, costs one
-/// console line, and the screen works without the widget.
-inline void addGuardedTitle(const host::Screen& screen)
+/// console line, and the screen works without the widget. Only an error of the console itself is thrown.
+inline void addGuardedTitle(const host::Screen& screen, host::At at = host::At::here())
 {
     using namespace host::literals;
     try {
-        screen.addStaticText("title"_t, screen.attr("title"_t));
+        screen.addStaticText({"title"_t, at}, screen.attr({"title"_t, at}));
     } catch (const host::Error&) {
-        host::printLine(screen.host(), "self[\"title\"] was not found in skin\n"_t);
+        host::printLine(screen.host(), "self[\"title\"] was not found in skin\n"_t, at);
     }
 }
 

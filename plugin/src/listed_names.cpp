@@ -19,7 +19,10 @@ bool find_in_list(Host, const Object& list, const Object& search, const Object& 
 
 } // namespace
 
-ListedNames::ListedNames(const Object& servicelist) : servicelist_(servicelist), names_(servicelist.host().set()) {}
+ListedNames::ListedNames(const Object& servicelist)
+    : servicelist_(servicelist), rows_(servicelist.host().list()), names_(servicelist.host().set())
+{
+}
 
 bool ListedNames::contains(const Object& name)
 {
@@ -30,36 +33,53 @@ bool ListedNames::contains(const Object& name)
     return function(host::At::here(), servicelist_, name, host.integer(0)).truth();
 }
 
-void ListedNames::add(const Object& name)
+void ListedNames::add(const Object& row)
 {
-    isPlain_ = isPlain_ && name.isPlainText();
+    // A tuple: the name in a row of another kind may change.
+    isPlain_ = isPlain_ && row.isPlainTuple() && row.size() > 0;
+    if (!isPlain_)
+        return;
+    const Object name = row.item(0);
+    isPlain_ = name.isPlainText();
     if (!isPlain_)
         return;
     names_.add(name);
-    ++known_;
+    rows_.append(row);
 }
 
-/// A host call in between may have changed the list; its length tells.
 bool ListedNames::isUpToDate()
 {
-    if (!isRead_ || (isPlain_ && servicelist_.size() != known_))
+    if (!isRead_ || (isPlain_ && !isAsRead()))
         read();
     return isPlain_;
 }
 
+bool ListedNames::isAsRead()
+{
+    const std::size_t size = servicelist_.size();
+    if (size != rows_.size() || size == 0)
+        return size == rows_.size();
+    if (looked_ >= size)
+        looked_ = 0;
+    const std::size_t end = std::min(looked_ + kLookedAtOnce, size);
+    const bool isSame = servicelist_.hasItemsOf(rows_, looked_, end) && servicelist_.hasItemsOf(rows_, size - 1, size);
+    looked_ = end;
+    return isSame;
+}
+
 void ListedNames::read()
 {
+    const Host host = servicelist_.host();
     isRead_ = true;
-    isPlain_ = servicelist_.isPlainRow();
-    names_ = servicelist_.host().set();
-    known_ = 0;
+    isPlain_ = servicelist_.isPlainList();
+    rows_ = host.list();
+    names_ = host.set();
     if (!isPlain_)
         return;
     for (const Object& row : each(servicelist_)) {
-        isPlain_ = row.isPlainRow() && row.size() > 0;
+        add(row);
         if (!isPlain_)
             return;
-        add(row.item(0));
     }
 }
 

@@ -10,7 +10,7 @@ from tests.module.operations import REQUIRED, bare, each, shown_name
 class Arguments(HostTestCase):
     def refused(self, class_name, operation, *arguments, **keywords):
         error = self.error_of(TypeError, getattr(bare(self.Veltro, class_name), operation), *arguments, **keywords)
-        self.assertIn(shown_name(operation), str(error))
+        self.assertIn("Veltro.%s.%s() " % (class_name, shown_name(operation)), str(error))
         self.assertEqual(host.recorder.events, [])
 
     def test_too_many(self):
@@ -45,11 +45,11 @@ class Arguments(HostTestCase):
         for arguments, keywords in (((), {}), (("save", "load"), {}), ((), {"action": "save"}),
                                     (("save",), {"action": "save"})):
             error = self.error_of(TypeError, self.Veltro.doEPGAction, *arguments, **keywords)
-            self.assertIn("doEPGAction", str(error))
+            self.assertEqual(str(error).split(" ")[0], "Veltro.doEPGAction()")
         for arguments, keywords in (((), {}), (([],), {}), (([], 1, 0, 0), {}), (([], 1), {"pos": 0}),
                                     (([], 1), {"search": 1}), ((), {"list": []})):
             error = self.error_of(TypeError, self.Veltro.find_in_list, *arguments, **keywords)
-            self.assertIn("find_in_list", str(error))
+            self.assertEqual(str(error).split(" ")[0], "Veltro.find_in_list()")
         self.assertEqual(host.recorder.events, [])
 
     def test_by_keyword(self):

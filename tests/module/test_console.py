@@ -1,5 +1,6 @@
 """Console lines: they go to the host's sys.stdout, once, each as one whole line."""
 
+import os
 import sys
 
 from tests.module.case import Boom, HostTestCase, PLUGIN_PATH, host
@@ -44,13 +45,19 @@ class Console(HostTestCase):
         self.assertEqual(written, [TITLE_LINE, TITLE_LINE, SAVE_LINE])
         self.assertEqual([type(text) for text in written], [str] * 3)
 
-    def test_a_console_that_fails_costs_nothing(self):
-        for error in (IOError("gone"), ValueError("closed"), Boom()):
+    def test_an_error_of_the_console_passes_with_the_units_line(self):
+        for error in (IOError("gone"), ValueError("closed"), Boom(), KeyboardInterrupt()):
             for line, cause in self.lines_of():
                 host.recorder.clear()
                 host.recorder.fail("console", error)
-                cause()
+                frames = self.raised_by(error, cause)
                 self.assertEqual(host.recorder.named("console"), [(line,)])
+                self.assertIn(os.path.basename(frames[0][1]), ("settings_screen.cpp", "dir_choose.cpp", "blacklist.cpp"))
+
+    def test_a_console_that_can_not_be_written_is_an_error(self):
+        for line, cause in self.lines_of():
+            self.replace(sys, "stdout", object())
+            self.error_of(AttributeError, cause)
 
     def test_a_missing_console_costs_nothing(self):
         console = sys.stdout
@@ -58,17 +65,27 @@ class Console(HostTestCase):
         for line, cause in self.lines_of():
             sys.stdout = None
             cause()
-            sys.stdout = object()
-            cause()
             del sys.stdout
             cause()
             sys.stdout = console
 
-    def test_a_failed_save_deletes_the_file_also_without_a_console(self):
-        self.lines_of()[2][1]()
-        host.recorder.clear()
-        host.recorder.fail("console", Boom())
-        self.lines_of()[2][1]()
+    def test_a_failed_save_deletes_the_file_whatever_the_console_does(self):
+        for error in (IOError("gone"), Boom(), KeyboardInterrupt()):
+            path = self.etc(b"before")
+            screen = self.editor()
+            host.recorder.fail("file.write", IOError("disk full"))
+            host.recorder.fail("console", error)
+            self.raised_by(error, screen.greenPressed)
+            self.assertEqual(host.recorder.names()[-2:], ["console", "unlink"])
+            self.assertFalse(os.path.exists(path))
+
+    def test_the_consoles_error_counts_before_that_of_the_deletion(self):
+        error = Boom()
+        self.etc(b"before")
+        screen = self.editor()
+        for event, failure in (("file.write", IOError("disk full")), ("console", error), ("unlink", OSError())):
+            host.recorder.fail(event, failure)
+        self.raised_by(error, screen.saveFile)
         self.assertEqual(host.recorder.names()[-1], "unlink")
 
     def test_nothing_else_is_printed(self):

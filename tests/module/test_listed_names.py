@@ -165,6 +165,57 @@ class OddNames(HostTestCase):
         screen.finishedChannelSelection(["a", "b"])
         self.assertEqual([(row[0], row[3]) for row in screen.servicelist], [("One", ONE)])
 
+    def add_while(self, listed, meddle, names):
+        """The editor's names after it was given `names` in one call; `meddle` runs while the host makes the first."""
+        screen = self.editor()
+        screen.servicelist[:] = listed
+        given, calls = iter(names), []
+
+        class Named(object):
+            def __init__(self, reference):
+                self.ref = self
+
+            def getServiceName(self):
+                name = next(given)
+                if len(calls) == 1:
+                    meddle(screen.servicelist)
+                calls.append(name)
+                return name
+
+            def toString(self):
+                return ONE
+        self.replace(self.Veltro, "ServiceReference", Named)
+        screen.finishedChannelSelection(["x"] * len(names))
+        return [row[0] for row in screen.servicelist]
+
+    def test_a_host_that_replaces_a_row(self):
+        def meddle(rows):
+            rows[0] = ("New", None, 0, "")
+        found = self.add_while([("One", None, 0, ""), ("Two", None, 0, "")], meddle, ["Two", "One", "New"])
+        self.assertEqual(found, ["New", "Two", "One"])
+
+    def test_a_host_that_renames_a_row(self):
+        def meddle(rows):
+            rows[0][0] = "New"
+        found = self.add_while([["One", None, 0, ""], ("Two", None, 0, "")], meddle, ["Two", "One", "New"])
+        self.assertEqual(found, ["New", "Two", "One"])
+
+    def test_a_host_that_replaces_all_rows_of_a_long_list(self):
+        def rows_from(first):
+            return [("Name %d" % number, None, 0, "") for number in range(first, first + 1000)]
+
+        def meddle(rows):
+            rows[:] = rows_from(2000)
+        found = self.add_while(rows_from(0), meddle, ["Name 5", "Name 7", "Name 2007"])
+        self.assertEqual(found, [row[0] for row in rows_from(2000)] + ["Name 7"])
+
+    def test_a_host_that_replaces_one_row_of_a_long_list_is_noticed_while_many_are_added(self):
+        def meddle(rows):
+            rows[5] = ("New", None, 0, "")
+        listed = [("Name %d" % number, None, 0, "") for number in range(1000)]
+        found = self.add_while(listed, meddle, ["Name 1"] * 50 + ["Name 5", "New"])
+        self.assertEqual(found[1000:], ["Name 5"])
+
 
 # What this process has worked; what others do on the machine does not count.
 processor_time = getattr(time, "process_time", None) or time.clock

@@ -4,7 +4,7 @@ import sys
 import traceback
 import unittest
 
-from tests.host_double.modules import REQUIREMENTS
+from tests.host_double.modules import HostModule, REQUIREMENTS
 from tests.module.case import Boom, HostTestCase, PYTHON2, cpp_frames, host
 
 WHOLESALE = "Screens.ChannelSelection"
@@ -126,6 +126,22 @@ class Wholesale(StartupTestCase):
 
     def test_all_may_be_a_tuple(self):
         host.modules[WHOLESALE].update(__all__=("SimpleChannelSelection", "eEnv"))
+        self.assertTrue(hasattr(host.load(), "eEnv"))
+
+    def test_an_error_of_looking_for_all_passes(self):
+        class Module(HostModule):
+            def __getattribute__(self, name):
+                if name == "__all__":
+                    raise error
+                return HostModule.__getattribute__(self, name)
+        for error in (Boom(), ValueError("no"), KeyboardInterrupt()):
+            host.reset()
+            host.modules.modules[WHOLESALE].__class__ = Module
+            self.raised_by(error, host.load)
+            self.assertNotIn("Veltro", sys.modules)
+        error = AttributeError("the one that says that there is none")
+        host.reset()
+        host.modules.modules[WHOLESALE].__class__ = Module
         self.assertTrue(hasattr(host.load(), "eEnv"))
 
     def test_all_without_the_base_class_fails_as_if_it_were_not_there(self):

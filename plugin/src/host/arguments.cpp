@@ -7,11 +7,11 @@ namespace veltro::host {
 
 namespace {
 
-/// Sets a TypeError that names the operation as the language would: "Veltro.keyOk() ...".
+/// Sets a TypeError that names the operation as traces do: "Veltro.doEPGAction() ...", "Veltro.EPGTimer.setSession() ...".
 bool refuse(const OperationObject& operation, const char* problem, const char* parameter = "")
 {
     const char* const className = operation.className;
-    PyErr_Format(PyExc_TypeError, "%s%s%s() %s%s", className != nullptr ? className : "",
+    PyErr_Format(PyExc_TypeError, "Veltro.%s%s%s() %s%s", className != nullptr ? className : "",
                  className != nullptr ? "." : "", operation.table->name, problem, parameter);
     return false;
 }

@@ -5,7 +5,8 @@
 
 namespace veltro::host {
 
-/// Writes a whole line, its "\n" included, at once. A console that can't be written is not worth an error of its own.
-void printLine(Host host, Text line) noexcept;
+/// Writes a whole line, its "\n" included, at once. Where there is no console, nothing happens; an error of its `write`
+/// is thrown.
+void printLine(Host host, Text line, At at = At::here());
 
 } // namespace veltro::host

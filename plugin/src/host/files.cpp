@@ -10,16 +10,7 @@ void withFile(const Object& filename, FileMode mode, const std::function<void(co
     const Text word = mode == FileMode::read ? "r"_t : "w"_t;
     const Object file =
         host.open().apply(host.tuple(filename, word), Object::adopt(host, generation::openKeywords()), at);
-    try {
-        use(file);
-    } catch (const Error&) {
-        try {
-            file.call({"close"_t, at});
-        } catch (const Error&) { // the first error is the one that counts
-        }
-        throw;
-    }
-    file.call({"close"_t, at});
+    inAnyCase([&] { use(file); }, [&] { file.call({"close"_t, at}); });
 }
 
 bool fileExists(const Object& filename, At at)

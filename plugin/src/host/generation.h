@@ -1,5 +1,5 @@
-// Everything in which Python 2.7 and Python 3 differ, behind one set of words: only generation.cpp looks at the
-// version. Pointers follow CPython's habit: results are new references, null means that a Python exception is set.
+// Everything in which Python 2.7 and Python 3 differ, behind one set of words. Each binary has one of the two files that
+// say how: generation_py3.cpp or generation_py27.cpp, which also hold the entry points. Pointers follow CPython's habit: results are new references, null means that a Python exception is set.
 #pragma once
 
 #include "host/cpython.h"

@@ -51,6 +51,18 @@ Object mangledName(Host host, const char* className, std::string_view name)
                                          : generation::internText(name.data()));
 }
 
+/// Nothing if there is no such attribute. Any other failure of the look-up is a failure, as in the language.
+std::optional<Object> attributeIfAny(const Object& object, Named name)
+{
+    try {
+        return object.attr(name);
+    } catch (const Error& error) {
+        if (!error.isAttributeError())
+            throw;
+        return {};
+    }
+}
+
 struct ClassBody {
     Host host = kNoHostYet;
     const ClassTable& table;
@@ -132,12 +144,12 @@ void Module::importNames(const char* name, std::span<const char* const> names, A
 void Module::importEverything(const char* name, At at) const
 {
     const Object from = import(name, host().list("*"_t), at);
-    const bool hasList = PyObject_HasAttrString(from.get(), "__all__") != 0;
+    const std::optional<Object> all = attributeIfAny(from, {"__all__"_t, at});
     // A copy: taking a name may run code of the host.
     const Object names =
-        Object::adopt(host(), PySequence_List(from.attr({hasList ? "__all__"_t : "__dict__"_t, at}).get()), at);
+        Object::adopt(host(), PySequence_List((all ? *all : from.attr({"__dict__"_t, at})).get()), at);
     for (const Object& text : each(names, at))
-        if (hasList || generation::Chars(text.get()).get()[0] != '_')
+        if (all || generation::Chars(text.get()).get()[0] != '_')
             take(from, text, at);
 }
 

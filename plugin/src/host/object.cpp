@@ -64,7 +64,7 @@ void Object::storeAttr(Named name, Argument value) const
 
 Object Object::item(int index, At at) const
 {
-    if (isPlainRow()) // the short way, without an integer object
+    if (isPlainTuple() || isPlainList()) // the short way, without an integer object
         return adopt(host_, PySequence_GetItem(pointer_, index), at);
     return fetchItem(Argument(host_, host_.integer(index)), at);
 }
@@ -176,9 +176,24 @@ bool Object::isPlainText() const noexcept
     return generation::isPlainText(pointer_);
 }
 
-bool Object::isPlainRow() const noexcept
+bool Object::isPlainList() const noexcept
 {
-    return PyTuple_CheckExact(pointer_) || PyList_CheckExact(pointer_);
+    return PyList_CheckExact(pointer_);
+}
+
+bool Object::isPlainTuple() const noexcept
+{
+    return PyTuple_CheckExact(pointer_);
+}
+
+bool Object::hasItemsOf(const Object& list, std::size_t first, std::size_t end) const noexcept
+{
+    if (end > static_cast<std::size_t>(std::min(PyList_Size(pointer_), PyList_Size(list.pointer_))))
+        return false;
+    for (auto i = static_cast<Py_ssize_t>(first); i < static_cast<Py_ssize_t>(end); ++i)
+        if (PyList_GetItem(pointer_, i) != PyList_GetItem(list.pointer_, i))
+            return false;
+    return true;
 }
 
 void Object::append(const Object& value, At at) const

@@ -191,7 +191,12 @@ public:
 
     /// The one native string type of the interpreter's generation, not a subclass: its equality is known to be plain.
     [[nodiscard]] bool isPlainText() const noexcept;
-    [[nodiscard]] bool isPlainRow() const noexcept; // a tuple or list, not a subclass
+    // Of these types, not of subclasses.
+    [[nodiscard]] bool isPlainList() const noexcept;
+    [[nodiscard]] bool isPlainTuple() const noexcept;
+
+    /// Whether the very same objects stand in both of two plain lists from `first` up to `end`; false if one is too short.
+    [[nodiscard]] bool hasItemsOf(const Object& list, std::size_t first, std::size_t end) const noexcept;
 
     /// Whether this is the module's own operation, not a replacement under its name.
     [[nodiscard]] bool isOperation(const OperationTable& table) const noexcept;
@@ -244,6 +249,22 @@ private:
     PyPointer value_ = nullptr;
     PyPointer traceback_ = nullptr;
 };
+
+/// Does `first`, and then `last` even if `first` failed. The first error is the one that counts.
+template <class First, class Last>
+void inAnyCase(const First& first, const Last& last)
+{
+    try {
+        first();
+    } catch (const Error&) {
+        try {
+            last();
+        } catch (const Error&) { // the other one is on its way
+        }
+        throw;
+    }
+    last();
+}
 
 /// for (const Object& row : each(rows)) - Python's own iteration.
 class Iteration {

@@ -24,7 +24,7 @@ struct OperationObject {
 [[nodiscard]] bool bindArguments(const OperationObject& operation, PyObject* positions, PyObject* keywords,
                                  PyPointer* arguments);
 
-// The slots of the operation type; generation.cpp puts them into the kind of type that the interpreter knows.
+// The slots of the operation type; each generation's file puts them into the kind of type that the interpreter knows.
 PyObject* operationCall(PyObject* self, PyObject* positions, PyObject* keywords);
 PyObject* operationGet(PyObject* self, PyObject* instance, PyObject* type);
 PyObject* operationRepr(PyObject* self);

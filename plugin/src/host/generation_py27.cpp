@@ -1,0 +1,186 @@
+// Python 2.7.
+#include "host/generation.h"
+
+#include "host/held.h"
+#include "host/load.h"
+#include "host/operation_object.h"
+
+#include <frameobject.h>
+
+#include <cstring>
+
+namespace veltro::host::generation {
+
+namespace {
+
+constexpr const char* kModuleName = "Veltro";
+constexpr const char* kOperationTypeName = "Veltro.operation";
+
+} // namespace
+
+const char* const kBuiltinsModule = "__builtin__";
+
+PyObject* internText(const char* chars)
+{
+    return PyString_InternFromString(chars);
+}
+
+PyObject* joinText(const char* first, const char* second, const char* third)
+{
+    return PyString_FromFormat("%s%s%s", first, second, third);
+}
+
+bool textEquals(PyObject* text, const char* chars)
+{
+    return PyString_Check(text) && std::strcmp(PyString_AsString(text), chars) == 0;
+}
+
+bool isPlainText(PyObject* object)
+{
+    return PyString_CheckExact(object);
+}
+
+Chars::Chars(PyObject* text) noexcept : chars_(PyString_Check(text) ? PyString_AsString(text) : "?") {}
+
+PyObject* recursionError()
+{
+    return PyExc_RuntimeError;
+}
+
+PyObject* newInteger(long value)
+{
+    return PyInt_FromLong(value);
+}
+
+PyObject* toInteger(PyObject* object)
+{
+    // Not PyNumber_Int: only calling the type does all that int() does, for a text with blanks as for a long number.
+    return PyObject_CallFunctionObjArgs(reinterpret_cast<PyObject*>(&PyInt_Type), object, nullptr);
+}
+
+PyObject* dictGet(PyObject* dict, PyObject* key)
+{
+    return PyDict_GetItem(dict, key);
+}
+
+PyObject* importModule(const char* name, PyObject* globals, PyObject* names)
+{
+    return PyImport_ImportModuleLevel(const_cast<char*>(name), globals, globals, names, 0);
+}
+
+PyObject* methodType()
+{
+    auto* const type = reinterpret_cast<PyObject*>(&PyMethod_Type);
+    Py_INCREF(type);
+    return type;
+}
+
+PyObject* bindMethod(PyObject*, PyObject* operation, PyObject* instance, PyObject* type)
+{
+    return PyMethod_New(operation, instance == Py_None ? nullptr : instance, type);
+}
+
+namespace {
+
+/// The first base decides; without a base it is a classic class, as the language has it.
+PyObject* metaclassOf(PyObject* bases)
+{
+    auto* metaclass = reinterpret_cast<PyObject*>(&PyClass_Type);
+    if (PyTuple_Size(bases) > 0) {
+        PyObject* const base = PyTuple_GetItem(bases, 0);
+        if (PyObject* const own = PyObject_GetAttrString(base, "__class__"))
+            return own;
+        PyErr_Clear();
+        metaclass = reinterpret_cast<PyObject*>(Py_TYPE(base));
+    }
+    Py_INCREF(metaclass);
+    return metaclass;
+}
+
+void freeOperation(PyObject* self)
+{
+    PyObject_GC_UnTrack(self);
+    Py_XDECREF(operationOf(self).bindings);
+    PyObject_GC_Del(self);
+}
+
+// 2.7 cannot build such a type at run time. The type is the interpreter's, filled once and never freed.
+PyTypeObject operationTypeObject;
+
+} // namespace
+
+PyObject* createClass(const char* name, PyObject* bases, FillNamespace fill, const void* context)
+{
+    const Held metaclass(metaclassOf(bases));
+    const Held classNamespace(PyDict_New());
+    if (!metaclass || !classNamespace || !fill(context, classNamespace.get()))
+        return nullptr;
+    return PyObject_CallFunction(metaclass.get(), const_cast<char*>("sOO"), name, bases, classNamespace.get());
+}
+
+PyObject* operationType(PyObject* moduleName)
+{
+    PyTypeObject& type = operationTypeObject;
+    if ((type.tp_flags & Py_TPFLAGS_READY) == 0) {
+        Py_REFCNT(&type) = 1;
+        type.tp_name = kOperationTypeName;
+        type.tp_basicsize = sizeof(OperationObject);
+        type.tp_flags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC; // NOLINT(misc-redundant-expression)
+        type.tp_dealloc = &freeOperation;
+        type.tp_traverse = &operationTraverse;
+        type.tp_call = &operationCall;
+        type.tp_descr_get = &operationGet;
+        type.tp_repr = &operationRepr;
+        type.tp_getset = kOperationAttributes;
+        if (PyType_Ready(&type) < 0)
+            return nullptr; // GCOVR_EXCL_LINE: out of memory
+    }
+    // Instances find __module__ on their type, so that help() counts the operations among the module's own.
+    if (PyDict_SetItemString(type.tp_dict, "__module__", moduleName) < 0)
+        return nullptr; // GCOVR_EXCL_LINE: out of memory
+    Py_INCREF(&type);
+    return reinterpret_cast<PyObject*>(&type);
+}
+
+PyObject* allocateOperation(PyObject* type)
+{
+    return PyType_GenericAlloc(reinterpret_cast<PyTypeObject*>(type), 0);
+}
+
+PyObject* makeFrame(const char* name, At at)
+{
+    const Held code(reinterpret_cast<PyObject*>(PyCode_NewEmpty(at.file, name, at.line)));
+    const Held globals(Py_BuildValue("{s:s,s:O}", "__name__", kModuleName, "__builtins__", PyEval_GetBuiltins()));
+    if (!code || !globals)
+        return nullptr; // GCOVR_EXCL_LINE: out of memory
+    PyFrameObject* const frame =
+        PyFrame_New(PyThreadState_GET(), reinterpret_cast<PyCodeObject*>(code.get()), globals.get(), nullptr);
+    if (frame != nullptr)
+        frame->f_lineno = at.line;
+    return reinterpret_cast<PyObject*>(frame);
+}
+
+PyObject* openKeywords()
+{
+    return PyDict_New(); // text is bytes here; `open` leaves them alone
+}
+
+} // namespace veltro::host::generation
+
+// --- What the interpreter calls --------------------------------------------------------------------------------------
+
+/// Start-up of the module: the module object enters sys.modules, or the Python exception is set.
+extern "C" __attribute__((visibility("default"))) void initVeltro()
+{
+    PyObject* const module = Py_InitModule(veltro::host::generation::kModuleName, nullptr); // borrowed
+    if (module == nullptr || veltro::host::load(module))
+        return;
+    // The interpreter has listed the module already; a module that did not start must not be found by a later import.
+    PyObject* type = nullptr;
+    PyObject* value = nullptr;
+    PyObject* traceback = nullptr;
+    PyErr_Fetch(&type, &value, &traceback);
+    if (PyDict_DelItemString(PyImport_GetModuleDict(), PyModule_GetName(module)) < 0)
+        PyErr_Clear();
+    PyErr_Restore(type, value, traceback);
+}
