@@ -9,6 +9,9 @@ KEYS = ("up", "down", "left", "right", "ok", "exit", "red", "green", "yellow", "
         "tv", "radio", "channelup", "channeldown", "previous", "next", "text",
         "0", "1", "2", "3", "4", "5", "6", "7", "8", "9")
 
+# The keys that letters of a keyboard stand for where no list searches for what is typed.
+LETTERS = {"t": "tv", "r": "radio", "m": "menu", "i": "info", "e": "epg"}
+
 
 class Keymap:
     """Which action each context makes of a key: `lookup(context, key, flag)`. A context is the last file's that has it."""
@@ -45,6 +48,7 @@ class ActionMaps:
         self._keymap = keymap
         self._bindings = []
         self._long_pressed = None
+        self.typed = ""
 
     def bindAction(self, context, priority, function):
         self._bindings.append(_Binding(context, priority, function))
@@ -78,3 +82,9 @@ class ActionMaps:
             if binding.function(binding.context, action):
                 return True
         return False
+
+    def type(self, char):
+        """Offer a typed character, which is then `typed`, to the bindings that ask for text. True if one took it."""
+        self.typed = char
+        bindings = [binding for binding in self._bindings if binding.context == "InputAsciiActions"]
+        return any(binding.function(binding.context, "gotAsciiCode") for binding in bindings)

@@ -123,6 +123,44 @@ class Receiver:
         elif key == "ok" and flag == MAKE:
             self._start()
 
+    def type(self, char):
+        """A character of a keyboard, for a list that searches by name. False if none is open: it may then mean a key."""
+        taken = []
+        if self.is_on and self.crash is None:
+            self.guard(lambda: taken.append(self._gui.actions.type(char)))
+        return any(taken)
+
+    def go_to(self, index):
+        """Move the open list's cursor to a row, with the arrows: a screen may do more on these keys than move the cursor."""
+        listbox = self._list()
+        content = listbox.content if listbox else ()
+        if not 0 <= index < len(content):
+            return
+        key, step = ("down", 1) if index > content.cursor else ("up", -1)
+        while index != content.cursor and not content.selectable(index):
+            index -= step
+        for _ in range(abs(index - content.cursor)):
+            before = content.cursor
+            self.press(key)
+            if self._list() is not listbox or content.cursor in (index, before):
+                break
+
+    def scroll(self, rows):
+        """Let the open list show what is further down by so many rows, or up; its cursor comes along."""
+        listbox = self._list()
+        if listbox is None:
+            return
+        first, last = listbox.window() + rows, len(listbox.content) - 1
+        self.go_to(min(max(listbox.content.cursor + rows, 0), last))
+        listbox.first = min(max(first, 0), last)
+
+    def _list(self):
+        """The list widget of the screen on top, None if it has none or does not run."""
+        screens = self._gui.session.screens() if self.is_on and self.crash is None and not self.is_closing else ()
+        components = screens[-1].values() if screens else ()
+        widgets = (component.instance for component in components if getattr(component, "visible", False))
+        return next((widget for widget in widgets if hasattr(widget, "content")), None)
+
     @property
     def is_closing(self):
         """Whether a screen is just going: until the one below runs again, which takes a turn or two, nobody gets a key."""

@@ -45,7 +45,7 @@ class ServiceList:
         refs = self._refs
         if sorted:
             refs = refs[:]
-            refs.sort(key=lambda ref: self._name_of(ref).casefold())
+            refs.sort(key=lambda ref: _place(self._name_of(ref)))
         rows = [tuple(fields[letter](ref) for letter in format) for ref in refs]
         return [row[0] for row in rows] if len(format) == 1 else rows
 
@@ -129,7 +129,7 @@ class eServiceCenter:
             services = [service for service in services if service.provider == provider.group(1)]
         if position:
             services = [service for service in services if service.namespace >> 16 == int(position.group(1))]
-        services.sort(key=lambda service: service.name.casefold())
+        services.sort(key=lambda service: _place(service.name))
         return [service.reference() for service in services]
 
     @staticmethod
@@ -144,6 +144,11 @@ class eServiceCenter:
             entry.setName(_position_name(group) if isinstance(group, int) else group or "Unknown")
             refs.append(entry)
         return refs
+
+
+def _place(name):
+    """Where a list by name has a service: blanks before a name don't count, and what has no letter or digit comes last."""
+    return not any(map(str.isalnum, name)), name.strip().casefold()
 
 
 def _order(group):

@@ -19,6 +19,11 @@ class eActionMap:
         return running.gui.actions
 
 
+def getPrevAsciiCode():
+    """The code of the character that was typed last."""
+    return ord(running.gui.actions.typed)
+
+
 class eLabel:
     """The widget of a text."""
 

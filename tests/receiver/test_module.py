@@ -232,6 +232,10 @@ class DirectoryChooserTest(TvTest):
         self.assertEqual(self.list.selected, 17)
         self.press("left")
         self.assertEqual(self.list.selected, 0)
+        self.press("channeldown")
+        self.assertEqual((self.list.selected, self.text("driverfile")), (17, "Invalid Choice"))
+        self.press("channelup next")
+        self.assertEqual(self.list.selected, 0)
 
     def test_red_and_exit_change_nothing(self):
         for key in ("red", "exit"):

@@ -64,8 +64,16 @@ class Lists(SampleTest):
         tv = self.list(eServiceCenter.ROOT_TV_ALL).getContent("N")
         radio = self.list(eServiceCenter.ROOT_RADIO_ALL).getContent("N")
         self.assertEqual((len(tv), len(radio)), (42, 12))
-        self.assertEqual(tv, sorted(tv, key=str.casefold))
+        self.assertEqual(tv, sorted(tv, key=lambda name: (not name, name.casefold())))
         self.assertIn("Radio Größe", radio)
+
+    def test_what_has_no_name_comes_last(self):
+        self.write("lamedb", self.read("lamedb").replace(b"\nAtlantica HD\n", b"\n.\n").replace(
+            b"\nAtlantica Kids\n", b"\n  Zz\n"))
+        self.center.reload()
+        names = self.list(eServiceCenter.ROOT_TV_ALL).getContent("N")
+        self.assertEqual(names[-2:], ["", "."])
+        self.assertGreater(names.index("  Zz"), names.index("Tidewater Nature HD"))
 
     def test_satellites_and_providers_hold_all_services(self):
         for root in (eServiceCenter.ROOT_TV_SATELLITES, eServiceCenter.ROOT_TV_PROVIDERS):

@@ -112,6 +112,13 @@ class ChoiceBoxTest(TvTest):
         self.assertEqual(self.choose("blue", keys=["", "", "", "blue"]), [(("three", 3),)])
         self.assertEqual(self.choose("9", keys=list("123456789")), [])
 
+    def test_a_long_list_pages_and_jumps(self):
+        self.CHOICES = [("%d" % number, number) for number in range(100)]
+        self.choose("")
+        for keys, row in ("channeldown", "10"), ("channeldown", "20"), ("channelup", "10"), ("next", "99"), ("previous", "0"):
+            self.press(keys)
+            self.assertEqual(self.selected.label, row)
+
     def test_separators_are_passed_over_and_the_list_wraps(self):
         self.choose("down*2")
         self.assertEqual(self.selected.label, "three")
@@ -225,7 +232,7 @@ class ChannelListTest(TvTest):
     def test_all_services_providers_and_satellites(self):
         self.run_in_gui(self.screen.showAllServices)
         everything = self.names()
-        self.assertEqual(everything, sorted(everything, key=str.casefold))
+        self.assertEqual(everything, sorted(everything, key=lambda name: (not name, name.casefold())))
         self.assertGreater(len(everything), 20)
         for show in (self.screen.showProviders, self.screen.showSatellites):
             self.run_in_gui(show)
@@ -247,8 +254,62 @@ class ChannelListTest(TvTest):
         self.assertEqual(self.names()[self.screen.servicelist.getCurrentIndex()], "From the aerial")
         self.press("ok")
         self.assertEqual(self.results, [])
-        self.press("next previous*3")
+        self.press("next previous")
         self.assertEqual(self.names()[self.screen.servicelist.getCurrentIndex()], "From the aerial")
+        self.press("previous*2")
+        self.assertEqual(self.screen.servicelist.getCurrentIndex(), 0)
+        self.press("next*4")
+        self.assertEqual(self.screen.servicelist.getCurrentIndex(), len(self.names()) - 1)
+
+    def current(self):
+        return self.names()[self.screen.servicelist.getCurrentIndex()]
+
+    def test_a_number_goes_to_that_row_of_a_bouquet(self):
+        self.press("3")
+        self.assertEqual(self.current(), "Regional")
+        self.press("ok 3")
+        self.assertEqual(self.screen.servicelist.getCurrentIndex(), 2)
+        self.press("wait:2s 1 2")  # what follows within a second is the same number; markers have none
+        self.assertEqual(self.screen.servicelist.getCurrentIndex(), 12)
+        self.press("wait:2s 0 wait:2s 9 9")
+        self.assertEqual(self.screen.servicelist.getCurrentIndex(), len(self.names()) - 1)
+
+    def test_digits_are_letters_in_the_lists_by_name(self):
+        self.run_in_gui(self.screen.showAllServices)
+        self.press("7")
+        self.assertEqual(self.current()[0], "P")
+        self.press("7")
+        self.assertEqual(self.current()[0], "Q")
+        self.press("wait:2s 7")
+        self.assertEqual(self.current()[0], "P")
+
+    def test_typed_letters_search_by_name(self):
+        self.run_in_gui(self.screen.showAllServices)
+        names = self.names()
+        for text in ("pinecone sport 2", "q", "N"):
+            for char in text:
+                self.assertTrue(self.receiver.type(char))
+            self.assertEqual(self.current(), next(name for name in names if name.casefold().startswith(text.casefold())))
+            self.press("wait:2s")
+        first = self.current()
+        self.receiver.type("n")
+        self.assertEqual(self.current(), names[names.index(first) + 1])
+        self.receiver.type("z")  # nothing begins with nz: the cursor stays
+        self.assertEqual(self.current(), names[names.index(first) + 1])
+        self.press("exit")
+        self.assertFalse(self.receiver.type("n"))
+
+    def test_channel_keys_page_where_there_is_no_next_bouquet(self):
+        self.run_in_gui(self.screen.showAllServices)
+        page = self.screen.servicelist.instance.page
+        self.press("channeldown")
+        self.assertEqual(self.screen.servicelist.getCurrentIndex(), page)
+        self.press("channelup")
+        self.assertEqual(self.screen.servicelist.getCurrentIndex(), 0)
+        self.press("next")
+        self.assertEqual(self.screen.servicelist.getCurrentIndex(), len(self.names()) - 1)
+        self.press("previous")
+        self.assertEqual(self.screen.servicelist.getCurrentIndex(), 0)
 
     def test_nothing_selected_is_none(self):
         self.run_in_gui(lambda: self.screen.servicelist.l.setList([]))

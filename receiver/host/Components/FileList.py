@@ -28,6 +28,7 @@ class FileList(ListComponent):
                  additionalExtensions=None):
         super().__init__(eListboxPythonMultiContent(_paint))
         self.wrap = enableWrapAround
+        del self.native_keys.actions["moveTop"], self.native_keys.actions["moveEnd"]  # its screen would not hear of the move
         self.showDirectories = showDirectories
         self.showFiles = showFiles
         self.matchingPattern = matchingPattern

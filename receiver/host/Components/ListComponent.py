@@ -14,8 +14,8 @@ class ListComponent(GUIComponent):
         self.onSelectionChanged = []
         self.wrap = True
         self.native_keys = ActionMap(["ListboxActions"], {
-            "moveUp": lambda: self._move(eListbox.moveUp), "moveDown": lambda: self._move(eListbox.moveDown),
-            "pageUp": lambda: self._move(eListbox.pageUp), "pageDown": lambda: self._move(eListbox.pageDown)})
+            name: lambda name=name: self._move(getattr(eListbox, name))
+            for name in ("moveUp", "moveDown", "pageUp", "pageDown", "moveTop", "moveEnd")})
 
     def createWidget(self):
         return eListbox(self.l)

@@ -32,13 +32,25 @@ class ServiceList(ListComponent):
         """Nothing to prepare: this list has one look, which is the one that plug-ins ask for with this."""
 
     def moveToMarker(self, step):
-        """Put the cursor on the next marker (step 1) or on the one before (-1)."""
+        """Put the cursor on the next marker (step 1) or on the one before (-1); without one on the last or the first row."""
         rows, index = self.l.rows, self.l.cursor + step
-        while 0 <= index < len(rows):
-            if rows[index].flags & eServiceReference.isMarker:
+        while 0 < index < len(rows) - 1 and not rows[index].flags & eServiceReference.isMarker:
+            index += step
+        self.l.moveTo(min(max(index, 0), len(rows) - 1))
+
+    def moveToNumber(self, number):
+        """Put the cursor on the row with this number, or on the last one. Markers have none."""
+        rows = [index for index, row in enumerate(self.l.rows) if not row.flags & eServiceReference.isMarker]
+        if rows and number:
+            self.l.moveTo(rows[min(number, len(rows)) - 1])
+
+    def moveToName(self, text, following):
+        """Put the cursor on a row whose name begins so: the next one, which if not `following` may be the present one."""
+        start, text = self.l.cursor + following, text.casefold()
+        for index in (*range(start, len(self.l)), *range(start)):
+            if ServiceReference(self.l.rows[index]).getServiceName().strip().casefold().startswith(text):
                 self.l.moveTo(index)
                 return
-            index += step
 
     def _paint(self, reference):
         kind = "service"
@@ -46,4 +58,4 @@ class ServiceList(ListComponent):
             kind = "bouquet"
         elif reference.flags & eServiceReference.isMarker:
             kind = "marker"
-        return Row(ServiceReference(reference).getServiceName() or _("N/A"), kind=kind)
+        return Row(ServiceReference(reference).getServiceName() or "(...)", kind=kind)

@@ -1,13 +1,16 @@
 """Channel lists: bouquets and services, for TV and radio."""
 
-from Components.ActionMap import ActionMap
+from Components.ActionMap import ActionMap, NumberActionMap
 from Components.ServiceList import ServiceList
 from Screens.Screen import Screen
 from ServiceReference import ServiceReference
 from enigma import eEnv, eServiceCenter, eServiceReference  # noqa: F401 (plug-ins take eEnv from here)
+from enigma import eTimer, getPrevAsciiCode
 from receiver import running
 
 MODE_TV, MODE_RADIO = 0, 1
+LETTERS = ("0", "1", "abc2", "def3", "ghi4", "jkl5", "mno6", "pqrs7", "tuv8", "wxyz9")
+TYPING_MS = 1000
 
 
 class ChannelSelectionBase(Screen):
@@ -24,10 +27,16 @@ class ChannelSelectionBase(Screen):
                    "showProviders": self.showProviders, "showFavourites": self.showFavourites}
         if profile.channel_colours == "ColorActions":
             colours = dict(zip(("red", "green", "yellow", "blue"), colours.values()))
-        self["channelSelectBaseActions"] = ActionMap(["ChannelSelectBaseActions", profile.channel_colours], {
-            "nextBouquet": self.nextBouquet, "prevBouquet": self.prevBouquet,
-            "nextMarker": self.nextMarker, "prevMarker": self.prevMarker, **colours,
-        }, prio=profile.channel_map_priority)
+        self["channelSelectBaseActions"] = ActionMap(["ChannelSelectBaseActions", profile.channel_colours], colours,
+                                                     prio=profile.channel_map_priority)
+        self["channelSelectMoveActions"] = NumberActionMap(
+            ["ChannelSelectBaseActions", "NumberActions", "InputAsciiActions"], {
+                "nextBouquet": self.nextBouquet, "prevBouquet": self.prevBouquet,
+                "nextMarker": self.nextMarker, "prevMarker": self.prevMarker, "gotAsciiCode": self.keyAsciiCode,
+                **{str(digit): self.keyNumberGlobal for digit in range(10)}}, prio=-2)
+        self._typed = ""
+        self._typing = eTimer()
+        self._typing.callback.append(self._typingEnds)
 
     def getCurrentSelection(self):
         """The selected eServiceReference, or what this host has for none."""
@@ -63,6 +72,7 @@ class ChannelSelectionBase(Screen):
 
     def enterPath(self, ref, justSet=False):
         """Go into a bouquet or another list."""
+        self._typed = ""
         self.servicePath.append(ref)
         self.servicelist.setRoot(ref)
         self._showTitle()
@@ -86,6 +96,26 @@ class ChannelSelectionBase(Screen):
     def prevMarker(self):
         self.servicelist.moveToMarker(-1)
 
+    def keyNumberGlobal(self, number):
+        """Go to the row with this number, of one digit or more; in a list by name to the letters on the remote's key."""
+        if "FROM BOUQUET" in self.servicelist.getRoot().getPath():
+            self._typed += str(number)
+            self.servicelist.moveToNumber(int(self._typed))
+        else:
+            letters, again = LETTERS[number], self._typed in LETTERS[number] and self._typed
+            self._typed = letters[(letters.index(self._typed) + 1) % len(letters)] if again else letters[0]
+            self.servicelist.moveToName(self._typed, following=not again)
+        self._typing.start(TYPING_MS, True)
+
+    def keyAsciiCode(self):
+        """Search by name for what is typed on a keyboard, until a pause ends the word."""
+        self._typed += chr(getPrevAsciiCode())
+        self.servicelist.moveToName(self._typed, following=len(self._typed) == 1)
+        self._typing.start(TYPING_MS, True)
+
+    def _typingEnds(self):
+        self._typed = ""
+
     def _root(self, kind):
         prefix = "ROOT_TV_" if self.mode == MODE_TV else "ROOT_RADIO_"
         return eServiceReference(getattr(eServiceCenter, prefix + kind))
@@ -96,8 +126,9 @@ class ChannelSelectionBase(Screen):
             self.enterPath(root)
 
     def _neighbour(self, step):
-        """From inside a bouquet to the next one of the list above, wrapping around."""
+        """From inside a bouquet to the next one of the list above, wrapping around; in a list with none above by a page."""
         if len(self.servicePath) < 2:
+            self.servicelist.pageUp() if step > 0 else self.servicelist.pageDown()
             return
         here = self.servicePath[-1]
         self.pathUp()
