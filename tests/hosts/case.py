@@ -30,6 +30,16 @@ PACKAGES = os.path.abspath(os.environ.get("VELTRO_PACKAGES", "build/hosts/packag
 STATES = os.path.join(os.path.dirname(PACKAGES), "state", KIT)  # what a host wrote stays to be looked at
 ICONS = ("folder", "marker", "ico_dvb-s", "ico_dvb-c", "ico_dvb-t", "ico_stream", "ico_service_group", "icon_crypt", "record",
          "ico_hd-fs8", "ico_sd-fs8", "ico_uhd-fs8", "ico_catchup-fs8", "ico_altref-fs8")
+OURS = ("Veltro", "DirChoose", "Edit_DVB_EPG_Blacklist", "DVB_EPG_blacklist_ChannelSelection")
+ROWS = (
+    "Multi-EPG bouquet selection", "Show icon when movie is in database", "Default EPG view (EPG button)",
+    "Save EPG for X days in future", "Show EPG data in single EPG list older than", "Show Now/Next EIT EPG at InfoBar",
+    "EPG language selection 1", "EPG language selection 2", "Enable EIT EPG", "Enable MHW EPG", "Enable freesat EPG",
+    "Enable ViaSat EPG", "Enable Netmed EPG", "Enable Virgin EPG", "Forbid DVB EPG update for black listed services",
+    "Edit blacklist for DVB EPG", "EPG Path :", "Enable EPG client mode (don't save EPG file)",
+    "Save EPG data every X minutes to file (0 = off)", "Save EPG cache to epg.dat", "Load EPG data from epg.dat",
+    "Delete broken epg.dat")
+CLIENT_ROWS = ROWS[:18] + ("Load EPG data from file every X minutes (0 = off)", "Load EPG data from epg.dat")
 BLACKLIST = "/etc/enigma2/blacklist_dvb_epg"
 SETTINGS = "/etc/enigma2/settings"
 
@@ -39,6 +49,7 @@ class HostCase(unittest.TestCase):
 
     resolution = "hd"
     language = "en_US"
+    traces_expected = False
     values = {}  # lines of the settings file, as {"config.misc.epgcache_filename": "/media/usb/epg.dat"}
     host = None
 
@@ -77,8 +88,12 @@ class HostCase(unittest.TestCase):
             self.start_afresh()
         self.home()
 
+        self._log = len(self.host.log)
+
     def tearDown(self):
         self.assertAlive()
+        if not self.traces_expected:
+            self.assertNotIn("Traceback (most recent call last)", self.host.log[self._log:])
 
     # Ways through the GUI
 
@@ -113,25 +128,64 @@ class HostCase(unittest.TestCase):
         self.host.settle()
         self.assertShows("Veltro")
 
+    def open_editor(self):
+        self.open_settings()
+        self.go_to("Edit blacklist")
+        self.press("ok")
+        self.assertShows("Edit_DVB_EPG_Blacklist")
+
+    def open_picker(self):
+        self.open_editor()
+        self.press("blue")
+        self.assertShows("DVB_EPG_blacklist_ChannelSelection")
+
+    def open_chooser(self):
+        self.open_settings()
+        self.go_to("EPG Path")
+        self.press("ok")
+        self.assertShows("DirChoose")
+
     def go_to(self, label):
-        """Moves the cursor to the first row whose text starts with `label`, by keys."""
-        screen = self.screen()
-        wanted = [index for index, row in enumerate(screen["rows"]) if row and row[0].startswith(label)]
-        self.assertTrue(wanted, "no row %r among %s" % (label, screen["rows"]))
-        steps = wanted[0] - screen["index"]
+        """Moves the cursor of the settings to a row, by keys. label: how it starts in English, in whatever language."""
+        self.select(self.index_of(label, self.screen()["rows"]))
+
+    def index_of(self, label, rows):
+        labels = ROWS if len(rows) == len(ROWS) else CLIENT_ROWS
+        self.assertEqual(len(rows), len(labels), rows)
+        return [index for index, each in enumerate(labels) if each.startswith(label)][0]
+
+    def select(self, index):
+        """Moves the cursor of the list to a row, by keys."""
+        steps = index - self.screen()["index"]
         if steps:
-            self.press(*["down" if steps > 0 else "up"] * (abs(steps) - 1), settle=False)
-            self.press("down" if steps > 0 else "up")
-        self.assertTrue(self.row()[0].startswith(label), self.row())
+            key = "down" if steps > 0 else "up"
+            self.press(*[key] * (abs(steps) - 1), settle=False)
+            self.press(key)
+        self.assertEqual(self.screen()["index"], index)
+
+    def select_text(self, text):
+        """Moves the cursor of the list to the first row with this text."""
+        rows = [row[0] if row else "" for row in self.screen()["rows"]]
+        self.assertIn(text, rows)
+        self.select(rows.index(text))
 
     def row(self):
         """The texts of the selected row."""
         screen = self.screen()
         return screen["rows"][screen["index"]]
 
+    def rows(self):
+        """The first text of each row."""
+        return [row[0] if row else "" for row in self.screen()["rows"]]
+
     def value(self, label):
         """The value that a row of the settings shows."""
-        return [row[1] for row in self.screen()["rows"] if row[0].startswith(label)][0]
+        rows = self.screen()["rows"]
+        return rows[self.index_of(label, rows)][1]
+
+    def text(self, name):
+        """The text of a label of the screen on top."""
+        return self.screen()["texts"].get(name)
 
     # Files of the box
 
