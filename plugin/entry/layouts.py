@@ -1,7 +1,7 @@
-"""The screens' layouts, for skins that do not bring their own.
+"""The screens' layouts, for skins that do not bring their own: made from what the skin has for the host's own screens.
 
-They become the class attribute `skin`, which every host reads only when no loaded skin has the screen. Loading them as
-a skin file would not do: on some hosts the first definition of a screen counts, on others the last.
+They stand in the class attribute `skin`, which every host reads only when no loaded skin has the screen, and are made when
+it is read: by then the skin is there, and after it was changed the next screen gets another layout.
 """
 
 from __future__ import absolute_import
@@ -12,24 +12,116 @@ import xml.etree.ElementTree as ElementTree
 
 from enigma import getDesktop
 
-CLASSES = {"KelmarFile": "DirChoose"}  # the chooser's layout has another name than its class
+from . import skin_screens
+from .derived import Need, derived, offers
+from .flat_layout import Unfit, as_text
+
+BASE = (1280, 720)  # the desktop that our own layouts are written for
+LINES = (("description", "description"), ("status", "description"))
+
+# By class: the name of our own layout; the screens of a skin to make one from, the likeliest first; what it must have.
+SCREENS = {
+    "Veltro": ("Veltro", ("Setup",), Need(("config", "config"), LINES, ("red", "green"), None, "")),
+    "Edit_DVB_EPG_Blacklist": ("Edit_DVB_EPG_Blacklist", ("Setup",), Need(
+        ("config", "ServiceList"), (), ("red", "green", "yellow", "blue"), None, "")),
+    "DVB_EPG_blacklist_ChannelSelection": (
+        "DVB_EPG_blacklist_ChannelSelection", ("ChannelSelection", "SimpleChannelSelection"),
+        Need(("list", "list"), (), ("red", "green", "yellow", "blue"), None, "service")),
+    "DirChoose": ("KelmarFile", ("Setup",), Need(
+        ("config", "filelist"), (("driverfile", "description"),), ("red", "green"), {}, "")),
+}
+FILE_LIST = ("LocationBox", "filelist")  # whose list of files has the skin's look
 
 
 def install(module):
-    """Give each screen of the compiled module its layout for this desktop. A failure costs a log line."""
+    """Give each screen of the compiled module its layout. A failure costs a log line."""
     try:
-        for screen in ElementTree.parse(_path()).getroot().findall("screen"):
-            name = screen.get("name")
-            getattr(module, CLASSES.get(name, name)).skin = _text(screen)
+        for name, (own, sources, need) in SCREENS.items():
+            getattr(module, name).skin = Layout(own, sources, need)
     except Exception:
         print("[Veltro] no layouts:\n" + traceback.format_exc())
 
 
-def _path():
-    name = "fhd.xml" if getDesktop(0).size().width() >= 1920 else "hd.xml"
-    return os.path.join(os.path.dirname(os.path.abspath(__file__)), "skins", name)
+class Layout(object):
+    """The attribute `skin`: on a class our own layout, on a screen the one that its skin makes possible."""
+
+    def __init__(self, own, sources, need):
+        self._own, self._sources, self._need = own, sources, need
+
+    def __get__(self, screen, owner=None):
+        desktop = _desktop()
+        text = self._from_skin(screen, desktop) if screen is not None else None
+        text = text or own_layout(self._own, desktop)
+        if screen is not None:
+            screen.__dict__["skin"] = text  # hosts read it several times
+        return text
+
+    def _from_skin(self, screen, desktop):
+        try:
+            screens = skin_screens.loaded()
+            if not screens:
+                return None
+            parts = skin_screens.parts(screen)
+            need = self._need
+            if need.looks is not None:
+                need = need._replace(looks=skin_screens.looks_of(screens, *FILE_LIST))
+            for name in self._candidates(screens, parts, desktop, need):
+                try:
+                    return derived(name, screens, parts, desktop, need)
+                except Unfit as error:
+                    print("[Veltro] the skin's %s makes no layout for %s: %s" % (name, self._own, error))
+        except Exception:
+            print("[Veltro] no layout from the skin for %s:\n%s" % (self._own, traceback.format_exc()))
+        return None
+
+    def _candidates(self, screens, parts, desktop, need):
+        """The skin's screens that could be made into ours: those by name, then whatever has the most of what is needed."""
+        for name in self._sources:
+            if name in screens:
+                yield name
+        likes = [name for name in screens if name not in self._sources and skin_screens.has(screens, name, need.list[0], need.mark)]
+        scores = sorted((-offers(name, screens, parts, desktop, need), name) for name in likes)
+        for score, name in scores:
+            if -score > len(need.keys):  # a list alone is no screen of this kind
+                yield name
 
 
-def _text(element):
-    text = ElementTree.tostring(element)
-    return text if isinstance(text, str) else text.decode("ascii")  # other characters are escaped
+def _desktop():
+    try:
+        size = getDesktop(0).size()
+        return size.width(), size.height()
+    except Exception:
+        print("[Veltro] the size of the desktop is not known:\n" + traceback.format_exc())
+        return BASE
+
+
+def own_layout(name, desktop):
+    """Our own layout, scaled to the desktop."""
+    path = os.path.join(os.path.dirname(os.path.abspath(__file__)), "skins", "own.xml")
+    for screen in ElementTree.parse(path).getroot().findall("screen"):
+        if screen.get("name") == name:
+            _scale(screen, desktop[0] / float(BASE[0]), desktop[1] / float(BASE[1]))
+            return as_text(screen)
+    raise KeyError(name)
+
+
+def _scale(screen, across, down):
+    """Multiply every place and size. A list keeps its number of rows, whole ones."""
+    for element in screen.iter():
+        rows = _height(element) // int(element.get("itemHeight")) if element.get("itemHeight") else 0
+        for key, value in list(element.attrib.items()):
+            if key in ("position", "size"):
+                x, y = value.split(",")
+                element.set(key, "%d,%d" % (round(int(x) * across), round(int(y) * down)))
+            elif key.endswith("temHeight"):
+                element.set(key, "%d" % (int(value) * down))
+            elif key.lower().endswith("font"):
+                name, size = value.split(";")
+                element.set(key, "%s;%d" % (name, int(size) * down))
+        if rows:
+            width = element.get("size").split(",")[0]
+            element.set("size", "%s,%d" % (width, rows * int(element.get("itemHeight"))))
+
+
+def _height(element):
+    return int(element.get("size").split(",")[1])

@@ -19,7 +19,7 @@ from tests.entry.fake_config import (
     ConfigFile, ConfigNothing, ConfigSelection, ConfigSubsection, ConfigText, ConfigYesNo)
 from tests.entry.fake_screens import (
     ActionMap, ChannelSelection, Component, ConfigList, ConfigListScreen, Descriptor, MessageBox, Reference,
-    Screen, ServiceList, Session, Size, Timer, cache_class)
+    Screen, ServiceList, Session, Size, Source, StaticText, Timer, cache_class)
 
 try:
     import builtins
@@ -94,7 +94,8 @@ class Box(object):
                 "ConfigYesNo": ConfigYesNo, "ConfigSelection": ConfigSelection, "NoSave": lambda element: element},
             "Components.ConfigList": {"ConfigListScreen": ConfigListScreen, "ConfigList": ConfigList},
             "Components.ServiceList": {"ServiceList": ServiceList}, "Components.FileList": {"FileList": Component},
-            "Components.Sources.StaticText": {"StaticText": Component}, "Components.Pixmap": {"Pixmap": Component},
+            "Components.Sources.Source": {"Source": Source},
+            "Components.Sources.StaticText": {"StaticText": StaticText}, "Components.Pixmap": {"Pixmap": Component},
             "Components.Language": {"language": self},
             "Tools": None, "Tools.LoadPixmap": {"LoadPixmap": nothing}, "Tools.Notifications": {"AddPopup": self._popup},
             "skin": {"loadSkin": nothing},

@@ -6,6 +6,17 @@ class Component(object):
         self.text = arguments[0] if arguments else ""
 
 
+class Source(object):
+    """What a skin's renderers show."""
+
+    def __init__(self, text=""):
+        self.text = text
+
+
+class StaticText(Source):
+    pass
+
+
 class ActionMap:  # a classic class on 2.7, as on the boxes
     def __init__(self, contexts=None, actions=None, prio=0):
         self.contexts, self.actions, self.prio = contexts or [], actions or {}, prio
@@ -22,7 +33,7 @@ class ListContent(object):
         return self.list[self.cursor] if self.list else None
 
 
-class ConfigList(object):
+class ConfigList(Component):
     def __init__(self, list, session=None):
         self.l = ListContent()
         self.onSelectionChanged = []
@@ -216,3 +227,6 @@ class Size(object):
 
     def width(self):
         return self._width
+
+    def height(self):
+        return self._width * 9 // 16

@@ -1,30 +1,42 @@
-"""The layouts: chosen by the desktop, nothing cut, and the same picture on both."""
+"""The layouts: made from the skin's screens, else our own, scaled to the desktop, nothing cut."""
 
-import os
 import unittest
 import xml.etree.ElementTree as ElementTree
 
-from tests.entry.box import ENTRY
 from tests.entry.case import BoxTest
 
 SCREENS = {"Veltro": "config", "Edit_DVB_EPG_Blacklist": "ServiceList", "DVB_EPG_blacklist_ChannelSelection": "list",
            "KelmarFile": "filelist"}
 CLASSES = {"KelmarFile": "DirChoose"}
-
-
-def screens(name):
-    root = ElementTree.parse(os.path.join(ENTRY, "skins", name)).getroot()
-    return dict((screen.get("name"), screen) for screen in root.findall("screen"))
+DESKTOPS = ((720, 576), (1280, 720), (1920, 1080), (2560, 1440), (3840, 2160))
+SKIN = """<skin>
+    <screen name="Setup" position="fill" title="Setup">
+        <widget name="config" position="100,100" size="900,500"/>
+        <widget source="key_red" render="Label" position="100,650" size="200,30" font="Regular;22"/>
+        <widget source="key_green" render="Label" position="400,650" size="200,30" font="Regular;22"/>
+        <widget name="description" position="100,600" size="900,40" font="Regular;20"/>
+    </screen>
+</skin>"""
 
 
 def numbers(text):
     return [int(number) for number in text.split(",")]
 
 
-class ChoiceTest(BoxTest):
+class LayoutsTest(BoxTest):
     def skin(self, name):
         return ElementTree.fromstring(getattr(self.module, CLASSES.get(name, name)).skin)
 
+    def use(self, text):
+        """Make a skin the one that runs, kept as hosts keep it."""
+        self.box.modules["skin"].domScreens = dict(
+            (screen.get("name"), (screen, "/skin/")) for screen in ElementTree.fromstring(text))
+
+    def open(self):
+        return self.box.session.open(self.module.Veltro, "/plugin")
+
+
+class ChoiceTest(LayoutsTest):
     def test_every_screen_has_one(self):
         self.load()
         for name in SCREENS:
@@ -32,82 +44,108 @@ class ChoiceTest(BoxTest):
             self.assertIsInstance(self.module.Veltro.skin, str)
 
     def test_are_the_last_resort_of_the_host(self):
-        """A loaded skin's screen is looked for before the attribute of the class, on every generation of hosts."""
+        """A loaded skin's screen is looked for before the attribute `skin`, on every generation of hosts."""
         self.load()
         self.assertEqual(self.box.modules["Screens.Screen"].Screen.__dict__.get("skin"), None)
-        self.assertEqual(self.box.session.open(self.module.Veltro, "/plugin").skinName, "Veltro")
+        self.assertEqual(self.open().skinName, "Veltro")
 
-
-class WideChoiceTest(ChoiceTest):
-    facts = {"width": 1920}
-
-    def test_every_screen_has_one(self):
+    def test_is_made_from_the_skin_when_it_is_read(self):
         self.load()
-        for name in SCREENS:
-            self.assertEqual(self.skin(name).get("size"), "1920,1080")
+        screen = self.open()
+        self.use(SKIN)
+        widgets = [each.get("name") or each.get("source") for each in ElementTree.fromstring(screen.skin)]
+        self.assertEqual(set(["config", "description", "status", "key_red", "key_green"]), set(widgets))
 
+    def test_follows_a_change_of_the_skin(self):
+        self.load()
+        self.use(SKIN)
+        before = self.open().skin
+        self.use(SKIN.replace("100,100", "50,120"))
+        self.assertIn('position="50,120"', self.open().skin)
+        self.assertNotIn('position="50,120"', before)
 
-class FailureTest(BoxTest):
-    def test_costs_a_log_line(self):
+    def test_is_ours_where_the_skin_has_nothing_to_make_it_from(self):
+        self.load()
+        self.use('<skin><screen name="Setup" size="300,200"/><screen name="Clock" size="300,200"/></skin>')
+        self.assertEqual(self.open().skin, self.module.Veltro.skin)
+        self.assertIn("[Veltro] the skin's Setup makes no layout for Veltro", self.console)
+
+    def test_is_made_from_a_screen_that_has_what_it_takes(self):
+        self.load()
+        self.use(SKIN.replace("Setup", "ConfigurationOfSomething"))
+        self.assertIn('position="100,100"', self.open().skin)
+
+    def test_a_failure_costs_a_log_line(self):
+        self.load()
+        self.use(SKIN)
+        self.box.part("layouts").derived = None
+        self.assertEqual(self.open().skin, self.module.Veltro.skin)
+        self.assertIn("[Veltro] no layout from the skin for Veltro:", self.console)
+
+    def test_a_desktop_of_unknown_size(self):
         self.import_entry()
-        layouts = self.box.part("layouts")
-        layouts.getDesktop = lambda number: None
+        self.box.part("layouts").getDesktop = lambda number: None
         self.load()
-        self.assertIn("[Veltro] no layouts:", self.console)
-        self.assertTrue(hasattr(self.module, "epg_timer"))
+        self.assertEqual(self.skin("Veltro").get("size"), "1280,720")
 
 
-class GeometryTest(unittest.TestCase):
-    def test_all_screens_are_there(self):
-        for name in ("hd.xml", "fhd.xml"):
-            self.assertEqual(set(screens(name)), set(SCREENS))
+class OldestSkinTest(LayoutsTest):
+    """A list of whole skins, in which the first that has a screen counts."""
+
+    def test_is_read(self):
+        self.load()
+        self.use(SKIN)
+        skin = self.box.modules["skin"]
+        del skin.domScreens
+        skin.dom_skins = [("/first/", ElementTree.fromstring(SKIN)), ("/second/", ElementTree.fromstring("<skin/>"))]
+        self.assertIn('position="100,100"', self.open().skin)
+
+
+class OwnLayoutsTest(LayoutsTest):
+    def setUp(self):
+        LayoutsTest.setUp(self)
+        self.import_entry()
+        own_layout = self.box.part("layouts").own_layout
+        self.layouts = [(name, desktop, ElementTree.fromstring(own_layout(name, desktop)))
+                        for name in SCREENS for desktop in DESKTOPS]
+
+    def test_fill_the_desktop(self):
+        for name, desktop, screen in self.layouts:
+            self.assertEqual(tuple(numbers(screen.get("size"))), desktop)
 
     def test_rows_fit(self):
-        for name in ("hd.xml", "fhd.xml"):
-            for screen, element in screens(name).items():
-                config = [widget for widget in element if widget.get("name") == SCREENS[screen]][0]
-                height, row = numbers(config.get("size"))[1], int(config.get("itemHeight"))
-                self.assertEqual(height % row, 0, "%s: a row of %s is cut" % (name, screen))
-                self.assertEqual(config.get("scrollbarMode"), "showOnDemand")
-                if screen == "Veltro":
-                    self.assertGreaterEqual(height // row, 22)
+        for name, desktop, screen in self.layouts:
+            config = [widget for widget in screen if widget.get("name") == SCREENS[name]][0]
+            height, row = numbers(config.get("size"))[1], int(config.get("itemHeight"))
+            self.assertEqual(height % row, 0, "%s: a row is cut" % name)
+            self.assertEqual(config.get("scrollbarMode"), "showOnDemand")
+            if name == "Veltro":
+                self.assertEqual(height // row, 22)
 
     def test_lines_are_high_enough_for_their_letters(self):
-        for name in ("hd.xml", "fhd.xml"):
-            for element in screens(name).values():
-                for widget in element.findall("widget"):
-                    font = int(widget.get("font").split(";")[1])
-                    self.assertGreaterEqual(int(widget.get("itemHeight") or numbers(widget.get("size"))[1]), font * 1.2)
+        for name, desktop, screen in self.layouts:
+            for widget in screen.findall("widget"):
+                font = int(widget.get("font").split(";")[1])
+                row = int(widget.get("itemHeight") or numbers(widget.get("size"))[1])
+                self.assertGreaterEqual(row, font * 1.25, "%s %s" % (name, widget.attrib))
 
     def test_everything_is_on_the_screen_and_nothing_overlaps(self):
-        for name, size in (("hd.xml", (1280, 720)), ("fhd.xml", (1920, 1080))):
-            for screen, element in screens(name).items():
-                boxes = [(numbers(each.get("position")), numbers(each.get("size")), each.get("source") or each.get("name"))
-                         for each in element]
-                for (x, y), (width, height), what in boxes:
-                    self.assertTrue(0 <= x and x + width <= size[0] and 0 <= y and y + height <= size[1], what)
-                for index, ((x, y), (width, height), what) in enumerate(boxes):
-                    for (x2, y2), (width2, height2), other in boxes[index + 1:]:
-                        apart = x + width <= x2 or x2 + width2 <= x or y + height <= y2 or y2 + height2 <= y
-                        self.assertTrue(apart, "%s %s: %s and %s" % (name, screen, what, other))
+        for name, size, screen in self.layouts:
+            boxes = [(numbers(each.get("position")), numbers(each.get("size")), each.get("source") or each.get("name"))
+                     for each in screen]
+            for (x, y), (width, height), what in boxes:
+                self.assertTrue(0 <= x and x + width <= size[0] and 0 <= y and y + height <= size[1], what)
+            for index, ((x, y), (width, height), what) in enumerate(boxes):
+                for (x2, y2), (width2, height2), other in boxes[index + 1:]:
+                    apart = x + width <= x2 or x2 + width2 <= x or y + height <= y2 or y2 + height2 <= y
+                    self.assertTrue(apart, "%s %s: %s and %s" % (name, size, what, other))
 
     def test_sources_have_a_renderer(self):
-        for name in ("hd.xml", "fhd.xml"):
-            for element in screens(name).values():
-                for widget in element.findall("widget"):
-                    self.assertEqual(widget.get("render") is not None, widget.get("source") is not None)
-                    self.assertTrue(widget.get("source") or widget.get("name"))
+        for name, desktop, screen in self.layouts:
+            for widget in screen.findall("widget"):
+                self.assertEqual(widget.get("render") is not None, widget.get("source") is not None)
+                self.assertTrue(widget.get("source") or widget.get("name"))
 
-    def test_both_are_the_same_picture(self):
-        small, large = screens("hd.xml"), screens("fhd.xml")
-        for name in SCREENS:
-            self.assertEqual(len(small[name]), len(large[name]))
-            for one, other in zip(small[name], large[name]):
-                for key, value in one.attrib.items():
-                    if key in ("position", "size"):
-                        self.assertEqual([number * 2 for number in numbers(other.get(key))],
-                                         [number * 3 for number in numbers(value)], value)
-                    elif key == "itemHeight":
-                        self.assertEqual(int(other.get(key)) * 2, int(value) * 3)
-                    elif "ont" not in key:
-                        self.assertEqual(other.get(key), value)
+
+if __name__ == "__main__":
+    unittest.main()

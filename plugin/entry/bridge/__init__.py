@@ -9,12 +9,12 @@ from __future__ import absolute_import
 
 import sys
 
-from . import epg_cache, guard, keys, names, picker, settings_list, settings_screen
+from . import chooser, epg_cache, guard, keys, look, names, picker, settings_list, settings_screen
 
 WHOLESALE = "Screens.ChannelSelection"
 
 # What images need on top of the module's own screens: {class of the module: mixin}, each of one concern.
-SCREENS = (settings_screen.SCREENS,)
+SCREENS = (settings_screen.SCREENS, look.SCREENS, chooser.SCREENS)
 
 
 def changes():
@@ -24,7 +24,7 @@ def changes():
     if found:
         # The host was not made for the module, so it is a box like any other: an error that leaves a handler ends its
         # GUI, and its settings lists show no help text.
-        _collect(found, guard, settings_list)
+        _collect(found, guard, settings_list, chooser)
         found.setdefault(WHOLESALE, {}).update(_imported_by_the_channel_list(found))
     return found
 

@@ -1,0 +1,83 @@
+"""The directory chooser: its own layout, what GREEN would take from the first moment on, and the directory that one is in
+as a choice."""
+
+from __future__ import absolute_import
+
+import traceback
+
+from Components import FileList as host
+
+from .. import skin_screens
+from ..texts import translate as _
+from .look import name_screen
+
+WIDGETS = ("filelist", "driverfile")
+
+
+def changes():
+    """A list of files whose first row is the directory that it shows."""
+    if not hasattr(host, "FileList"):
+        return {}
+    return {"Components.FileList": {"FileList": type("FileList", (OwnRow, host.FileList), {})}}
+
+
+class Chooser(object):
+    def __init__(self, *arguments, **keywords):
+        super(Chooser, self).__init__(*arguments, **keywords)
+        name_screen(self, _("EPG Path :").rstrip(": "))
+        self.skinName = [name for name in self.skinName if self._is_for_us(name)]
+        self.onLayoutFinish.append(self.showChoice)
+
+    @staticmethod
+    def _is_for_us(name):
+        """Skins have a layout by one of our names for another screen, in which the choice is not to be seen."""
+        screens = skin_screens.loaded()
+        return name not in screens or all(skin_screens.has(screens, name, widget) for widget in WIDGETS)
+
+    def showChoice(self):
+        try:
+            self.updateFile()
+        except Exception:  # an empty list; the first key that asks for more says so
+            print("[Veltro] nothing is selected:\n" + traceback.format_exc())
+
+
+class OwnRow(object):
+    """The host's list of files with a row for the directory itself. Without it nothing inside an empty directory could be chosen but
+    the one above."""
+
+    def changeDir(self, directory, *arguments, **keywords):
+        host.FileList.changeDir(self, directory, *arguments, **keywords)
+        rows = self.list
+        try:
+            own = _row_for(directory, rows) if directory else None
+        except (TypeError, IndexError, AttributeError):  # a host whose rows are made in another way does without
+            own = None
+        if own is not None:
+            selected = self.getSelectionIndex() if getattr(self, "instance", None) else 0
+            rows.insert(0, own)
+            self.l.setList(rows)
+            # Whoever comes from a directory below stays on it; who has just entered stands on the first row.
+            self.moveToIndex(selected + 1 if selected else 0)
+
+    def canDescent(self):
+        """One is there already: OK takes it."""
+        selected = self.getSelection()
+        if selected and selected[0] and selected[0] == self.getCurrentDirectory():
+            return False
+        return host.FileList.canDescent(self)
+
+
+def _row_for(directory, rows):
+    """A row like the list's first one for a directory, with other words. A row is ((path, is a directory, ...), cells of
+    (type, ...)); a cell of text has the text as its last text."""
+    model = [row for row in rows if row[0][1] and row[0][0]][0]
+    cells = [model[0].__class__((directory,) + tuple(model[0][1:]))]
+    for cell in model[1:]:
+        texts = [index for index, value in enumerate(cell) if isinstance(value, str)]
+        if texts:
+            cell = cell[:texts[-1]] + (directory.rstrip("/") or "/",) + cell[texts[-1] + 1:]
+        cells.append(cell)
+    return model.__class__(cells)
+
+
+SCREENS = {"DirChoose": Chooser}

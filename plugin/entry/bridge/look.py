@@ -1,0 +1,43 @@
+"""The settings screen among the image's own: a title that says where one is, one place for help and results, and the
+selected row on the front display."""
+
+from __future__ import absolute_import
+
+from ..texts import translate as _
+
+
+class SettingsLook(object):
+    """What the image's own setup screen does with its title, its help line and the front display."""
+
+    def __init__(self, *arguments, **keywords):
+        super(SettingsLook, self).__init__(*arguments, **keywords)
+        name_screen(self, _("EPG settings"))
+
+    def epgBackupfinished(self, statustext):
+        """A result stands where the help does, and makes room for it when it goes."""
+        super(SettingsLook, self).epgBackupfinished(statustext)
+        if "description" in self:
+            row = self["config"].getCurrent()
+            self["description"].text = row[2] if not statustext and row and len(row) > 2 else ""
+
+    def changedEntry(self):
+        super(SettingsLook, self).changedEntry()
+        for tell in getattr(self, "onChangedEntry", ()):  # the front display
+            tell()
+
+    def createSummary(self):
+        try:
+            from Screens.Setup import SetupSummary
+        except ImportError:
+            return super(SettingsLook, self).createSummary()
+        return SetupSummary
+
+
+def name_screen(screen, title):
+    """Give a screen its title, everywhere that a skin may show one."""
+    screen.setTitle(title)
+    if "title" in screen:
+        screen["title"].text = title
+
+
+SCREENS = {"Veltro": SettingsLook}

@@ -1,0 +1,321 @@
+"""A layout for one of our screens, made from a screen of the skin: a copy in which the widgets have our names and which has
+what ours needs more.
+
+The kinds of what a screen has: "widget" is painted by itself and stands in a layout by name; "source" needs a renderer.
+"""
+
+from __future__ import absolute_import, division
+
+import collections
+import xml.etree.ElementTree as ElementTree
+
+from .flat_layout import FlatLayout, Item, Unfit, as_text
+
+COLOURS = ("red", "green", "yellow", "blue")
+PAINT = {"red": "#00e5383b", "green": "#002fa84f", "yellow": "#00f2b705", "blue": "#003a86ff"}
+
+# list: the skin's list widget, and ours; lines: (ours, the skin's) for lines of text that share one place, the first that
+# the skin has; keys: the colours; looks: {attribute: value} for the list, None for the skin's; mark: what an attribute of
+# the skin's list begins with in such screens.
+Need = collections.namedtuple("Need", "list lines keys looks mark")
+
+
+def derived(name, screens, parts, desktop, need):
+    """The layout as text. Unfit: it can't be made. The arguments are those of FlatLayout, and a Need."""
+    layout = _layout(name, screens, parts, desktop, need)
+    layout.put_in_lines()
+    layout.put_in_keys()
+    return layout.text()
+
+
+def offers(name, screens, parts, desktop, need):
+    """How well a screen of the skin would do: the number of what we need that it has; 0 without the list."""
+    try:
+        layout = _layout(name, screens, parts, desktop, need)
+    except Unfit:
+        return 0
+    return 1 + len(layout.labels) + len(layout.lines())
+
+
+def _layout(name, screens, parts, desktop, need):
+    known = dict(parts)  # a skin's conditions name what our screen has under other names
+    for ours, skins in reversed(need.lines + (need.list[::-1],)):
+        if ours in parts:
+            known.setdefault(skins, parts[ours])
+    layout = _Layout(FlatLayout(name, screens, known, desktop), parts, need)
+    layout.rename()
+    return layout
+
+
+class _Layout(object):
+    def __init__(self, flat, parts, need):
+        self.flat, self.parts, self.need = flat, parts, need
+        self.items, self.list, self.labels = [], None, {}
+
+    # what the skin has
+
+    def rename(self):
+        """Keep what our screen can show, under its names."""
+        for item in self.flat.items:
+            item = self.fitted(item)
+            if item is not None:
+                self.items.append(item)
+        lists = [item for item in self.items if _name(item) == self.need.list[1] and item.rect]
+        if not lists:
+            raise Unfit("no list %s that has a place" % self.need.list[0])
+        self.list = lists[-1]
+        if self.need.looks is not None:
+            for key in list(self.list.element.attrib):
+                if key not in ("name", "position", "size"):
+                    del self.list.element.attrib[key]
+            self.list.element.attrib.update(self.need.looks)
+        for colour in self.need.keys:
+            shown = [item for item in self.items if _is_label(item, "key_" + colour)]
+            if shown:
+                self.labels[colour] = shown[-1]
+
+    def fitted(self, item):
+        """The element as our screen can have it; None for what it has not."""
+        element = item.element
+        if element.tag == "panel":
+            inner = self.fitted(Item(element[0], None))
+            if inner is not None:
+                element[0] = inner.element
+            return item if inner is not None else None
+        if element.tag != "widget":
+            return item
+        if element.get("addon"):
+            names = [name.strip() for name in element.get("connection", "").split(",")]
+            return item if any(name in self.parts for name in names) else None
+        if element.get("name"):
+            return self._fitted_widget(item, element.get("name"))
+        source = element.get("source", "")
+        return item if "." in source else self._fitted_source(item, source)
+
+    def _fitted_widget(self, item, name):
+        if name == self.need.list[0]:
+            name = self.need.list[1]
+        for ours, skins in self.need.lines:
+            if name == skins and skins not in self.parts:
+                name = ours
+        kind, element = self._kind(name), item.element
+        if kind == "widget":
+            element.set("name", name)
+        elif element.get("pixmap") and self._is_key(name):
+            element.tag = "ePixmap"
+            del element.attrib["name"]
+        elif kind == "source" and not element.get("pixmap"):
+            del element.attrib["name"]
+            element.set("source", name)
+            element.set("render", "Label")
+        else:
+            return None
+        return item
+
+    def _fitted_source(self, item, source):
+        for ours, skins in self.need.lines:
+            if source == skins and skins not in self.parts:
+                source = ours
+        kind, element = self._kind(source), item.element
+        if kind == "source":
+            element.set("source", source)
+            return item
+        if kind == "widget" and element.get("render") == "Label" and len(element) == 0:
+            for key in ("source", "render"):
+                del element.attrib[key]
+            element.set("name", source)
+            return item
+        return None
+
+    def _kind(self, name):
+        return self.parts.get(name, ("", ""))[0]
+
+    def _is_key(self, name):
+        """Whether a picture that the host's screens have by name belongs to one of our keys."""
+        return any(colour in name.lower() for colour in self.need.keys)
+
+    def lines(self):
+        """The line of text that the skin has, in a list; [] where it has none."""
+        names = [ours for ours, skins in self.need.lines]
+        return [item for item in self.items if _name(item) in names and item.rect and not item.get("pixmap")][:1]
+
+    # what is put in
+
+    def put_in_lines(self):
+        if not self.need.lines:
+            return
+        found = self.lines()
+        if not found:
+            rect = self.carve(2 * self.line_height())
+            found = [self.text_line(self.need.lines[0][0], rect)]
+            self.items.append(found[0])
+        shown = set(_name(item) for item in self.items)
+        for ours, _ in self.need.lines:
+            if ours not in shown and ours in self.parts:
+                line = found[0].placed(found[0].rect)
+                self._show(line, ours)
+                self.items.append(line)
+
+    def put_in_keys(self):
+        missing = [colour for colour in self.need.keys if "key_" + colour in self.parts
+                   and colour not in self.labels and not self._in_addon("key_" + colour)]
+        if not missing:
+            return
+        if "red" in self.labels and "green" in self.labels and self.labels["red"].rect and self.labels["green"].rect:
+            self._continue_row([colour for colour in missing if colour in ("yellow", "blue")])
+        else:
+            self._own_row()
+
+    def _in_addon(self, name):
+        for item in self.items:
+            names = item.get("connection", "").split(",") if item.get("addon") else []
+            if "key_red" in names:
+                if name not in names:
+                    item.element.set("connection", ",".join(names + [name]))
+                return True
+        return False
+
+    def _continue_row(self, missing):
+        """Yellow and blue, as far from green as green is from red; all four closer together where that doesn't fit."""
+        red, green = self.labels["red"], self.labels["green"]
+        step = [green.rect[0] - red.rect[0], green.rect[1] - red.rect[1]]
+        pairs = [(red, green)] + self._companions(red, green, step)
+        made = [item for colour in missing for item in self._row_of(colour, pairs, step)]
+        if not all(self._is_free(item) for item in made) and step[1] == 0:
+            made = self._squeezed(missing, pairs)
+        self.items.extend(made)
+
+    def _companions(self, red, green, step):
+        """What stands to green as another element of its kind stands to red: the pictures, the bars."""
+        pairs = []
+        for one in self.items:
+            for other in self.items:
+                if (one.rect and other.rect and one is not red and other is not green and one is not other
+                        and one.element.tag == other.element.tag and one.rect[2:] == other.rect[2:]
+                        and [other.rect[0] - one.rect[0], other.rect[1] - one.rect[1]] == step
+                        and abs(one.rect[1] - red.rect[1]) <= max(red.rect[3], one.rect[3])
+                        and abs(one.rect[0] - red.rect[0]) <= max(abs(step[0]), red.rect[2])):
+                    pairs.append((one, other))
+        return pairs
+
+    def _row_of(self, colour, pairs, step):
+        times = COLOURS.index(colour)
+        made = []
+        for red, green in pairs:
+            item = green.placed([red.rect[0] + times * step[0], red.rect[1] + times * step[1]] + green.rect[2:])
+            for key, value in green.element.attrib.items():
+                if value != red.get(key):
+                    item.element.set(key, _recoloured(key, value, colour))
+            made.append(item)
+        return made
+
+    def _squeezed(self, missing, pairs):
+        left = min(red.rect[0] for red, green in pairs)
+        label = pairs[0][0].rect
+        right = self.flat.size[0] - min(left, self.flat.size[0] // 20)
+        ours = [item for pair in pairs for item in pair]
+        for item in self.items:
+            if (item.rect and item not in ours and item.rect[0] > pairs[0][1].rect[0] and item.rect[2] < self.flat.size[0] // 2
+                    and item.rect[1] < label[1] + label[3] and item.rect[1] + item.rect[3] > label[1]):
+                right = min(right, item.rect[0])
+        step = (right - left) // 4
+        for red, green in pairs:
+            if red is pairs[0][0]:
+                green.rect[2] = red.rect[2] = min(red.rect[2], step - (label[0] - left) - max(4, step // 40))
+            elif red.rect[2] > step:
+                green.rect[2] = red.rect[2] = step - max(4, step // 40)
+            green.rect[0] = red.rect[0] + step
+        return [item for colour in missing for item in self._row_of(colour, pairs, [step, 0])]
+
+    def _is_free(self, made):
+        x, y, width, height = made.rect
+        if x < 0 or y < 0 or x + width > self.flat.size[0] or y + height > self.flat.size[1]:
+            return False
+        for item in self.items:
+            # What lies behind all is no obstacle, nor is what our row is made from.
+            if item.rect and item.rect[2] < self.flat.size[0] // 2 and item.rect[3] < self.flat.size[1] // 2:
+                if (item.rect[0] < x + width and x < item.rect[0] + item.rect[2] and item.rect[1] < y + height
+                        and y < item.rect[1] + item.rect[3] and item not in self.labels.values()):
+                    return False
+        return True
+
+    def _own_row(self):
+        """All keys in a row of their own below the list, for a skin that labels none or in a way not seen before."""
+        for item in list(self.items):
+            if any(_is_label(item, "key_" + colour) for colour in COLOURS):
+                self.items.remove(item)
+        x, y, width, height = self.carve(self.line_height() * 3 // 2)
+        step, bar = width // len(self.need.keys), max(4, height // 5)
+        for index, colour in enumerate(self.need.keys):
+            self.items.append(Item(ElementTree.Element("eLabel", {"backgroundColor": PAINT[colour]}),
+                                   [x + index * step, y + height // 6, bar, height * 2 // 3]))
+            self.items.append(self.text_line("key_" + colour, [x + index * step + 2 * bar, y, step - 3 * bar, height]))
+
+    def carve(self, height):
+        """Room below the list, cut from it by whole rows."""
+        rows = self.list.get("itemHeight", "")
+        if rows.isdigit() and int(rows):
+            height = -(-height // int(rows)) * int(rows)
+        x, y, width, whole = self.list.rect
+        if whole < 3 * height:
+            raise Unfit("its list is too small to share")
+        self.list.rect[3] = whole - height
+        return [x, y + whole - height, width, height]
+
+    def line_height(self):
+        return self.font()[1] * 4 // 3
+
+    def font(self):
+        """(name, size) of texts that are put in: that of the skin's own beside them."""
+        for item in list(self.labels.values()) + [self.list]:
+            name, _, size = item.get("font", "").partition(";")
+            if size.strip().isdigit():
+                return name, int(size)
+        return "Regular", self.flat.size[1] // 34
+
+    def text_line(self, name, rect):
+        element = ElementTree.Element("widget", {"font": "%s;%d" % self.font(), "valign": "center", "transparent": "1",
+                                                 "zPosition": "1"})
+        item = Item(element, rect)
+        self._show(item, name)
+        return item
+
+    def _show(self, item, name):
+        """Make a label show another text of the screen."""
+        for key in ("name", "source", "render"):
+            item.element.attrib.pop(key, None)
+        for child in list(item.element):
+            item.element.remove(child)  # a converter knows another text
+        if self._kind(name) == "source":
+            item.element.set("source", name)
+            item.element.set("render", "Label")
+        else:
+            item.element.set("name", name)
+
+    def text(self):
+        screen = ElementTree.Element("screen", dict(self.flat.element.attrib))
+        for key in ("name", "title"):  # the title is the screen's own
+            screen.attrib.pop(key, None)
+        for item in self.items:
+            if item.rect:
+                item.element.set("position", "%d,%d" % tuple(item.rect[:2]))
+                item.element.set("size", "%d,%d" % tuple(item.rect[2:]))
+            screen.append(item.element)
+        return as_text(screen)
+
+
+def _name(item):
+    element = item.element[0] if item.element.tag == "panel" and len(item.element) else item.element
+    return element.get("name") or element.get("source")
+
+
+def _is_label(item, name):
+    return _name(item) == name and not item.get("pixmap") and item.get("render", "Label") != "Pixmap"
+
+
+def _recoloured(key, value, colour):
+    """What says green, by a word or by a colour's number, for another colour."""
+    for old, new in (("green", colour), ("Green", colour.capitalize()), ("GREEN", colour.upper())):
+        if old in value:
+            return value.replace(old, new)
+    return PAINT[colour] if value.startswith("#") else value
