@@ -7,11 +7,14 @@ The kinds of what a screen has: "widget" is painted by itself and stands in a la
 from __future__ import absolute_import, division
 
 import collections
+import re
 import xml.etree.ElementTree as ElementTree
 
 from .flat_layout import FlatLayout, Item, Unfit, as_text
 
 COLOURS = ("red", "green", "yellow", "blue")
+LETTER = 0.56  # of the height of its font is about the width of a letter, over all letters
+SMALLEST = 0.65  # of the skin's font is still legible
 PAINT = {"red": "#00e5383b", "green": "#002fa84f", "yellow": "#00f2b705", "blue": "#003a86ff"}
 
 # list: the skin's list widget, and ours; lines: (ours, the skin's) for lines of text that share one place, the first that
@@ -20,11 +23,15 @@ PAINT = {"red": "#00e5383b", "green": "#002fa84f", "yellow": "#00f2b705", "blue"
 Need = collections.namedtuple("Need", "list lines keys looks mark")
 
 
-def derived(name, screens, parts, desktop, need):
-    """The layout as text. Unfit: it can't be made. The arguments are those of FlatLayout, and a Need."""
+def derived(name, screens, parts, desktop, need, texts=None):
+    """The layout as text. Unfit: it can't be made. The arguments are those of FlatLayout, a Need, and {name: text} of what
+    the keys' labels will show."""
     layout = _layout(name, screens, parts, desktop, need)
     layout.put_in_lines()
     layout.put_in_keys()
+    layout.show_whole_rows()
+    for name, text in (texts or {}).items():
+        layout.make_fit(name, text)
     return layout.text()
 
 
@@ -65,10 +72,10 @@ class _Layout(object):
             raise Unfit("no list %s that has a place" % self.need.list[0])
         self.list = lists[-1]
         if self.need.looks is not None:
-            for key in list(self.list.element.attrib):
-                if key not in ("name", "position", "size"):
-                    del self.list.element.attrib[key]
-            self.list.element.attrib.update(self.need.looks)
+            for key in ("itemHeight", "font", "secondfont"):
+                self.list.element.attrib.pop(key, None)
+                if key in self.need.looks:
+                    self.list.element.set(key, self.need.looks[key])
         for colour in self.need.keys:
             shown = [item for item in self.items if _is_label(item, "key_" + colour)]
             if shown:
@@ -205,7 +212,7 @@ class _Layout(object):
             item = green.placed([red.rect[0] + times * step[0], red.rect[1] + times * step[1]] + green.rect[2:])
             for key, value in green.element.attrib.items():
                 if value != red.get(key):
-                    item.element.set(key, _recoloured(key, value, colour))
+                    item.element.set(key, _recoloured(value, red.get(key, ""), colour))
             made.append(item)
         return made
 
@@ -250,6 +257,23 @@ class _Layout(object):
             self.items.append(Item(ElementTree.Element("eLabel", {"backgroundColor": PAINT[colour]}),
                                    [x + index * step, y + height // 6, bar, height * 2 // 3]))
             self.items.append(self.text_line("key_" + colour, [x + index * step + 2 * bar, y, step - 3 * bar, height]))
+
+    def show_whole_rows(self):
+        """The skin's list was measured for other rows than ours, or for none."""
+        height = self.list.get("serviceItemHeight") or self.list.get("itemHeight") or ""
+        if height.isdigit() and 0 < int(height) <= self.list.rect[3]:
+            self.list.rect[3] -= self.list.rect[3] % int(height)
+
+    def make_fit(self, name, text):
+        """A smaller font for a label that is too short for its text; it ends in one line what it can't show."""
+        for item in self.items:
+            font, _, size = item.get("font", "").partition(";")
+            if _is_label(item, name) and item.rect and size.strip().isdigit():
+                item.element.set("noWrap", "1")
+                needed = len(text) * int(size) * LETTER
+                if needed > item.rect[2]:
+                    size = int(size) * max(SMALLEST, item.rect[2] / needed)
+                    item.element.set("font", "%s;%d" % (font, size))
 
     def carve(self, height):
         """Room below the list, cut from it by whole rows."""
@@ -313,9 +337,22 @@ def _is_label(item, name):
     return _name(item) == name and not item.get("pixmap") and item.get("render", "Label") != "Pixmap"
 
 
-def _recoloured(key, value, colour):
+def _recoloured(green, red, colour):
     """What says green, by a word or by a colour's number, for another colour."""
     for old, new in (("green", colour), ("Green", colour.capitalize()), ("GREEN", colour.upper())):
-        if old in value:
-            return value.replace(old, new)
-    return PAINT[colour] if value.startswith("#") else value
+        if old in green:
+            return green.replace(old, new)
+    if _NUMBER.match(green) and _NUMBER.match(red):
+        return _mixed(_NUMBER.match(red), _NUMBER.match(green), colour)
+    return green
+
+
+_NUMBER = re.compile("#([0-9a-fA-F]{2}|)([0-9a-fA-F]{2})([0-9a-fA-F]{2})([0-9a-fA-F]{2})$")
+
+
+def _mixed(red, green, colour):
+    """Yellow or blue as strong as the skin's red and green."""
+    strong_red, strong_green = red.group(2), green.group(3)
+    weak = min(red.group(3), red.group(4), green.group(2), green.group(4))
+    light = (strong_red, strong_green, weak) if colour == "yellow" else (weak, weak, max(strong_red, strong_green))
+    return "#" + green.group(1) + "".join(light)

@@ -63,3 +63,13 @@ def parts(screen):
         kind = [kind for kind, base in kinds if isinstance(part, base)]
         found[name] = kind[0] if kind else "other", part.__class__.__name__
     return found
+
+
+def texts(screen, beginning):
+    """{name: text} of the screen's labels whose names begin so."""
+    found = {}
+    for name in screen:
+        text = getattr(screen[name], "text", None) if name.startswith(beginning) else None
+        if text:
+            found[name] = text.decode("utf-8", "replace") if isinstance(text, bytes) else text
+    return found

@@ -33,6 +33,14 @@ class SettingsLook(object):
         return SetupSummary
 
 
+class PickerLook(object):
+    """The yellow key in as many words as the image's channel list has room for."""
+
+    def __init__(self, *arguments, **keywords):
+        super(PickerLook, self).__init__(*arguments, **keywords)
+        self["key_yellow"].text = _("Add bouquet")
+
+
 def name_screen(screen, title):
     """Give a screen its title, everywhere that a skin may show one."""
     screen.setTitle(title)
@@ -40,4 +48,4 @@ def name_screen(screen, title):
         screen["title"].text = title
 
 
-SCREENS = {"Veltro": SettingsLook}
+SCREENS = {"Veltro": SettingsLook, "DVB_EPG_blacklist_ChannelSelection": PickerLook}

@@ -6,6 +6,7 @@ from Components import ServiceList
 from Components.ActionMap import ActionMap
 from Screens.ChannelSelection import SimpleChannelSelection
 
+from ..texts import translate as _
 from . import guard
 
 
@@ -21,7 +22,7 @@ class Picker(SimpleChannelSelection):
 
     def __init__(self, session, title):
         self._module_asks = False
-        SimpleChannelSelection.__init__(self, session, title)
+        SimpleChannelSelection.__init__(self, session, _("Add Service"))  # the host adds where in its lists one is
         guard.watch(self)
         if not hasattr(self.servicelist, "setPythonConfig"):
             self.servicelist.setPythonConfig = _nothing  # the list has one look
