@@ -9,7 +9,7 @@ from collections import deque
 
 from receiver import picture
 from receiver.actions import BREAK, LONG, MAKE, REPEAT
-from receiver.data import env
+from receiver.data import env, walls
 from receiver.data.epg_cache import eEPGCache
 from receiver.gui import Gui
 from receiver.layout import RESOLUTIONS, Skin
@@ -65,6 +65,7 @@ class Receiver:
     One at a time in a process: the host modules are found on sys.path and in sys.modules, as on a box.
 
     etc -- the folder that plays /etc/enigma2
+    root -- the folder that plays /, and in which all is written that is not in `etc`
     profile -- the image that the host modules imitate, a `Profile`
     resolution -- the desktop that its skins are made for, one of receiver.layout.RESOLUTIONS
     now -- the clock of the receiver's day: seconds since 1970, as time.time
@@ -72,8 +73,8 @@ class Receiver:
                  the turn, possibly many times: draw later, once.
     """
 
-    def __init__(self, loop, etc, profile=PROFILES["full"], resolution="hd", now=time.time):
-        env.configure(etc)
+    def __init__(self, loop, etc, root, profile=PROFILES["full"], resolution="hd", now=time.time):
+        env.configure(etc, root)
         self.loop = loop
         self.profile = profile
         self.resolution = resolution
@@ -184,11 +185,28 @@ class Receiver:
 
     def _attempt(self, function, *arguments):
         try:
-            with contextlib.redirect_stdout(self.console):
+            with contextlib.redirect_stdout(self.console), walls.inside():
                 function(*arguments)
         except Exception as error:
             # The first frame is the call above, which says nothing.
-            self._crashed("".join(traceback.format_exception(type(error), error, error.__traceback__.tb_next)))
+            trace = "".join(traceback.format_exception(type(error), error, error.__traceback__.tb_next))
+            self.console.write(trace)
+            if not self._forgive(error):
+                self._crashed(trace)
+            return False
+        return True
+
+    def _forgive(self, error):
+        """Whether the GUI goes on after an error: where the image is forgiving, and one of the module's operations failed."""
+        operations = [frame.f_code.co_name for frame, _ in traceback.walk_tb(error.__traceback__)]
+        if not self.profile.forgiving or not any(name.startswith("Veltro.") for name in operations):
+            return False
+        try:
+            with contextlib.redirect_stdout(self.console), walls.inside():
+                self._gui.session.recover()
+                self._gui.message("That could not be done.\n%s" % traceback.format_exception_only(error)[-1].strip())
+        except Exception:
+            self.console.write(traceback.format_exc())
             return False
         return True
 
@@ -214,7 +232,6 @@ class Receiver:
         self._start()
 
     def _crashed(self, trace):
-        self.console.write(trace)
         self._gui.stop()
         self.crash = trace
         self._restart_timer = self.loop.call_later(CRASH_SECONDS, self._start)

@@ -6,16 +6,13 @@ A restart makes a new one and imports every host module and plug-in afresh, as a
 import builtins
 import functools
 import importlib
-import os
 import sys
 import weakref
 
 from receiver import running
 from receiver.actions import ActionMaps, Keymap
-from receiver.data import env, epg_demo
+from receiver.data import epg_demo
 from receiver.data.epg_cache import eEPGCache
-from receiver.data.files import read_lines
-from receiver.data.reference import eServiceReference
 from receiver.data.service_center import eServiceCenter
 from receiver.imitation import imitate
 from receiver.places import HOST_MODULES, PLUGIN_FOLDERS
@@ -57,9 +54,10 @@ class Gui:
             sys.path.insert(0, str(HOST_MODULES))
         builtins._ = translate
         builtins.ngettext = lambda one, many, count: one if count == 1 else many
-        eEPGCache.getInstance().clearDB()
+        eEPGCache._instance = None
         imitate(self.profile)
         settings = importlib.import_module("Components.config")
+        settings.configfile.on_failure = self.message
         settings.configfile.load()
         importlib.import_module("Components.UsageConfig").InitUsageConfig(settings.config, self.profile)
         self._start_epg_cache(settings.config)
@@ -81,11 +79,13 @@ class Gui:
             return path is not None and find(config, path).value
         services = eServiceCenter.getInstance()
         services.reload()
+        if self.profile.forgiving:
+            eEPGCache.getInstance().on_failure = self.message
         cache = importlib.import_module("enigma").eEPGCache.getInstance()
         cache.setCacheFile(config.misc.epgcache_filename.value)
         cache.load()
         if is_on("usage.epg.eit") and not is_on("misc.epg_is_client_stb"):
-            forbidden = _blacklist() if is_on("misc.epg_dvb_blacklist_mode") else ()
+            forbidden = epg_demo.blacklisted() if is_on("misc.epg_dvb_blacklist_mode") else ()
             eEPGCache.getInstance().receive(epg_demo.first_services(services, services.ROOT_TV_FAVOURITES), self.now(),
                                             skip=forbidden)
 
@@ -94,6 +94,14 @@ class Gui:
         configfile = importlib.import_module("Components.config").configfile
         if configfile.isChanged():
             configfile.save()
+
+    def message(self, text):
+        """Show a message, as soon as a screen is there to be shown above."""
+        message_box = importlib.import_module("Screens.MessageBox").MessageBox
+        if self.session is None or not self.session.in_exec:
+            importlib.import_module("Tools.Notifications").AddPopup(text, message_box.TYPE_ERROR, -1)
+        elif getattr(self.session.current_dialog, "message", None) != text:  # once is enough
+            self.session.open(message_box, text, message_box.TYPE_ERROR).message = text
 
     def save_epg(self):
         """What an image does at its end."""
@@ -111,16 +119,6 @@ class Gui:
 def find(config, path):
     """The configuration element with a path such as "usage.epg.eit"."""
     return functools.reduce(getattr, path.split("."), config)
-
-
-def _blacklist():
-    """The services whose EPG must not be updated, in the form that the cache compares."""
-    try:
-        lines = read_lines(os.path.join(env.etc(), "blacklist_dvb_epg"))
-    except OSError:
-        return set()
-    texts = [line[len("#SERVICE "):].strip() for line, _ in lines if line.startswith("#SERVICE ")]
-    return {eServiceReference(text).toCompareString() for text in texts}
 
 
 def forget_modules():

@@ -47,7 +47,7 @@ class _ImageCache:
 
     def load(self):
         path = self._cache.cacheFile()
-        if not self._profile.renames_while_loading or not os.path.isfile(path):
+        if not self._profile.renames_while_loading or not os.path.isfile(path) or self._cache.isForeign():
             self._cache.load()
             return
         os.rename(path, path + ".loading")

@@ -22,6 +22,9 @@ class Profile:
     channel_map_priority: int = 1
     # The context in which it has the colour keys.
     channel_colours: str = "ChannelSelectBaseActions"
+    # Whether an error of the module's operations costs a message, as does an EPG file that can't be saved. On images such an
+    # error ends the GUI, and a failed save shows nowhere.
+    forgiving: bool = True
     # Whether a settings list reports every key press as a change, or only those that changed the value.
     on_change_always: bool = False
     # Whether "nothing selected" in a channel list is None, or an invalid service reference.
@@ -66,7 +69,7 @@ KEYS_EVERYWHERE = {
 def _image(name, **facts):
     """A box's image: what all of them have in common, and its own facts."""
     return Profile(name, keymaps=(KEYMAP, HERE / ("keymap-%s.xml" % name)), missing=MISSING_EVERYWHERE,
-                   empty_selection_is_none=False, describes_rows=False, smallest_cache=10240, saves_at_end=True,
+                   forgiving=False, empty_selection_is_none=False, describes_rows=False, smallest_cache=10240, saves_at_end=True,
                    renames_while_loading=True, **facts)
 
 

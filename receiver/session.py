@@ -36,6 +36,11 @@ class Session:
         dialog.callback = callback
         return dialog
 
+    def recover(self):
+        """After an error that has left no screen running: the one below runs again."""
+        if not self.in_exec and not self._closing.isActive():
+            self.popCurrent()
+
     def pushCurrent(self):
         """Stop the screen on top and put it aside."""
         if self.current_dialog is not None:

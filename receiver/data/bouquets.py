@@ -61,12 +61,13 @@ def _parse(path, lines):
     bouquet = Bouquet()
     complaints = Complaints(path)
     described = None                              # the service that a description would name
-    for number, (line, length) in enumerate(lines, 1):
-        if length < 2:
+    for number, line in enumerate(lines, 1):
+        if not line:
             # Boxes stop here too; a user who wonders where the rest went deserves to know.
             if number < len(lines):
                 complaints.add(number, "an empty line ends the bouquet, %d lines are not read" % (len(lines) - number))
             break
+        line = line.removesuffix("\r")
         word, _, text = line.partition(" ")
         word = word.rstrip(":")
         if word == "#SERVICE":

@@ -1,39 +1,58 @@
-"""Where this run of the receiver keeps its files, and its console.
+"""The folders of this run: the box's file system is a root folder on the PC. And the receiver's console.
 
-    env.configure(etc="/home/me/etc/enigma2")   # once, before anything else of receiver.data is used
-    env.log("one whole line")                   # console line; the terminal puts its own sink in with set_log
+    env.configure(etc="/home/me/enigma2", root="build/box/me")   # before anything else of receiver.data is used
+    env.real("/media/hdd/epg.dat")                               # where that is on this PC
 """
 import os
 import re
+import sys
 
-_folders = {}
+from ..places import HERE, PLUGIN_FOLDERS
+
+ETC = "/etc/enigma2"
+EPG_FILE = "/media/hdd/epg.dat"
+FOLDERS = (ETC, "/media/hdd", "/media/usb", "/home/root", "/tmp")  # of every box
+
+# Paths that mean the same in the GUI and on the PC; the GUI can't write there.
+SHARED = (str(HERE.parent), *map(str, PLUGIN_FOLDERS), sys.prefix, sys.base_prefix, "/usr", "/proc", "/dev/null", "/dev/urandom")
+
+_root = _etc = None
 _sink = print
 
 
-def configure(etc, hdd=None):
-    """Choose the folders of this run. Nothing is created or read.
+def configure(etc, root):
+    """Choose the folders of this run and make what the root lacks. OSError when that fails.
 
-    etc -- folder that plays /etc/enigma2: channel lists, settings, blacklist.
-    hdd -- folder that plays the hard disk, where epg.dat lives by default; without it, `etc` itself, the one folder
-           that is known to exist.
+    etc -- the folder that plays /etc/enigma2; it may lie outside the root
+    root -- the folder that plays /
     """
-    _folders["etc"] = os.path.abspath(etc)
-    _folders["hdd"] = os.path.abspath(hdd or etc)
+    global _root, _etc
+    _root, _etc = os.path.realpath(root), os.path.realpath(etc)
+    for folder in FOLDERS:
+        os.makedirs(_root + folder, exist_ok=True)
 
 
 def etc():
-    """The folder that plays /etc/enigma2, absolute. RuntimeError before `configure`: a PC's own /etc stays untouched."""
-    return _folder("etc")
+    """The PC's folder that plays /etc/enigma2. RuntimeError before `configure`: a PC's own /etc stays untouched."""
+    return _chosen(_etc)
 
 
-def hdd():
-    """The folder that plays the hard disk, absolute."""
-    return _folder("hdd")
+def root():
+    """The PC's folder that plays /."""
+    return _chosen(_root)
 
 
-def epg_file():
-    """Path of the EPG cache file as long as nobody chose another."""
-    return os.path.join(hdd(), "epg.dat")
+def real(path):
+    """Where a path of the box is on this PC. A path that is already one of the PC's stays."""
+    path = "/" + os.path.normpath(os.path.join("/", os.fsdecode(path))).lstrip("/")
+    if within(path, etc(), root(), *SHARED):
+        return path
+    return etc() + path[len(ETC):] if within(path, ETC) else root() + path
+
+
+def within(path, *folders):
+    """Whether a normalized path is one of the folders or lies below one."""
+    return any(path == folder or path.startswith(folder.rstrip("/") + "/") for folder in folders)
 
 
 def log(line):
@@ -47,10 +66,10 @@ def set_log(sink):
     _sink = sink or print
 
 
-def _folder(name):
-    if name not in _folders:
+def _chosen(folder):
+    if folder is None:
         raise RuntimeError("the receiver's folders are not chosen yet: call env.configure first")
-    return _folders[name]
+    return folder
 
 
 class eEnv:
@@ -58,12 +77,8 @@ class eEnv:
 
     @staticmethod
     def resolve(text):
-        """Expand ${sysconfdir} and environment variables in `text`; "" when a variable is unknown.
-
-        "${sysconfdir}/enigma2" is the chosen etc folder, whatever that folder is called.
-        """
-        text = re.sub(r"\$\{sysconfdir\}/enigma2(?=/|$)", lambda _: etc(), text)
-        values = dict(os.environ, sysconfdir=os.path.dirname(etc()))
+        """Expand ${sysconfdir} and environment variables in `text`; "" when a variable is unknown."""
+        values = dict(os.environ, sysconfdir="/etc")
         if any(name not in values for name in re.findall(r"\$\{(\w+)\}", text)):
             return ""
         return re.sub(r"\$\{(\w+)\}", lambda match: values[match.group(1)], text)

@@ -2,13 +2,15 @@
 
 Nothing is left to chance: at one moment of one day every run makes the same guide.
 """
-import os
+import itertools
 import random
 
+from . import env
 from .files import read_lines
 from .reference import eServiceReference
 
 DAY = 86400
+MOST_SERVICES = 200
 _MINUTES = (10, 15, 25, 30, 45, 60, 90, 120)
 _TITLES = (
     "News", "News in brief", "Weather", "Morning magazine", "Harbour stories", "The long way home", "Kitchen garden",
@@ -37,20 +39,21 @@ def _day(key, day):
     return events
 
 
-def first_services(center, root, bouquets=2):
-    """What a tuner would pass by first: the services of the first bouquets below `root`, as eServiceReferences."""
+def first_services(center, root, bouquets=2, most=MOST_SERVICES):
+    """What a tuner would pass by first: the services of the first bouquets below `root`, as eServiceReferences. A bouquet
+    of thousands would fill the memory with programmes that nobody looks at: `most` of them are enough."""
     lists = center.list(eServiceReference(root)).getContent("R")[:bouquets]
     contents = (center.list(bouquet) for bouquet in lists)
-    return [ref for content in contents if content is not None for ref in content.getContent("R")
-            if not ref.flags & (ref.isMarker | ref.isDirectory)]
+    services = (ref for content in contents if content is not None for ref in iter(content.getNext, eServiceReference())
+                if not ref.flags & (ref.isMarker | ref.isDirectory))
+    return list(itertools.islice(services, most))
 
 
-def blacklisted(folder):
-    """Compare forms of the services in `folder`/blacklist_dvb_epg, whose EPG must not be updated while that is on."""
+def blacklisted():
+    """Compare forms of the services in the blacklist, whose EPG must not be updated while that is on."""
+    start = "#SERVICE "
     try:
-        lines = read_lines(os.path.join(folder, "blacklist_dvb_epg"))
+        lines = read_lines(env.ETC + "/blacklist_dvb_epg")
     except OSError:
         return frozenset()
-    start = "#SERVICE "
-    return frozenset(eServiceReference(text[len(start):].strip()).toCompareString() for text, _ in lines
-                     if text.startswith(start))
+    return frozenset(eServiceReference(line[len(start):].strip()).toCompareString() for line in lines if line.startswith(start))

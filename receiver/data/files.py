@@ -1,8 +1,9 @@
 """Reading and writing whole files so that no byte and no old file gets lost."""
+import contextlib
 import os
 import shutil
 
-from . import env
+from . import env, walls
 
 
 def decode(data):
@@ -15,47 +16,56 @@ def encode(text):
     return text.encode("utf-8", "surrogateescape")
 
 
+def read_file(path):
+    """The bytes of a file. OSError when it can't be read, also when it is a pipe, a device or gigantic."""
+    with walls.outside():
+        path = env.real(path)
+        walls.check_readable(path)
+        with open(path, "rb") as file:
+            return file.read(walls.LARGEST)
+
+
+def read_lines(path):
+    """The lines of a text file without their "\\n"; only that ends a line, names may hold any other control character."""
+    lines = decode(read_file(path)).removeprefix("\ufeff").split("\n")
+    return lines if lines[-1] else lines[:-1]
+
+
 def write_atomically(path, data):
     """Replace the file at `path` by `data` (bytes): after a crash at any moment it holds the old or the new content.
 
-    A link is followed, the old file's mode is kept. OSError when it fails; the old file is then untouched and no
-    temporary file is left.
+    A link inside the root is followed, the old file's mode is kept. OSError when it fails; the old file is then untouched
+    and no temporary file is left.
     """
-    path = os.path.realpath(path)
+    path = walls.for_writing(path)
     temporary = path + ".writing"
-    try:
-        with open(temporary, "wb") as file:
-            file.write(data)
-            file.flush()
-            os.fsync(file.fileno())
-        if os.path.exists(path):
-            shutil.copymode(path, temporary)
-        os.replace(temporary, path)
-    except BaseException:
-        _remove(temporary)
-        raise
-    _sync_folder(os.path.dirname(path))
-
-
-def _remove(path):
-    try:
-        os.unlink(path)
-    except OSError:
-        pass
+    with walls.outside():
+        with contextlib.suppress(FileNotFoundError):
+            os.unlink(temporary)  # a crash has left it, or it is a link that must not be followed
+        try:
+            with open(temporary, "xb") as file:
+                file.write(data)
+                file.flush()
+                os.fsync(file.fileno())
+            if os.path.exists(path):
+                shutil.copymode(path, temporary)
+            os.replace(temporary, path)
+        except BaseException:
+            with contextlib.suppress(OSError):
+                os.unlink(temporary)
+            raise
+        _sync_folder(os.path.dirname(path))
+        walls.made(path)
 
 
 def _sync_folder(path):
     """Make a rename durable. A file system that can't do that has already done what it can."""
-    try:
+    with contextlib.suppress(OSError):
         folder = os.open(path, os.O_RDONLY)
-    except OSError:
-        return
-    try:
-        os.fsync(folder)
-    except OSError:
-        pass
-    finally:
-        os.close(folder)
+        try:
+            os.fsync(folder)
+        finally:
+            os.close(folder)
 
 
 class Complaints:
@@ -79,17 +89,3 @@ class Complaints:
         """Report how many lines were not printed."""
         if self.count > self.LIMIT:
             env.log("[receiver] %s: %d more broken lines" % (self.path, self.count - self.LIMIT))
-
-
-def read_lines(path):
-    """The lines of a text file without their LF or CRLF, each as (text, length in bytes with its line end).
-
-    Only "\\n" ends a line: names may hold any other control character. OSError when the file can't be read.
-    """
-    with open(path, "rb") as file:
-        raw = file.read().split(b"\n")
-    last = raw.pop()
-    lines = [(decode(line[:-1] if line.endswith(b"\r") else line), len(line) + 1) for line in raw]
-    if last:
-        lines.append((decode(last), len(last)))
-    return lines

@@ -1,28 +1,23 @@
-"""Reader of lamedb, the list of all transponders and services a box has found; formats 4 and 5.
+"""Reader of lamedb, the list of all transponders and services a box has found; formats 3 to 5.
 
 A broken line or entry costs a console line with its number, never the rest of the list: after an entry that makes no
 sense the reader goes on at the next line that looks like the start of one.
 """
+import os
 import re
-from typing import NamedTuple, Tuple
+from typing import NamedTuple
 
 from .files import Complaints, read_lines
 from .reference import eServiceReference
 
-_FIRST = re.compile(r"eDVB services /([45])/\s*")
+_FIRST = re.compile(r"eDVB services /([345])/\s*")
 _TRANSPONDER = re.compile(r"\s*([0-9a-f]{1,8}):([0-9a-f]{1,4}):([0-9a-f]{1,4})\s*", re.I)
 _SERVICE = re.compile(
     r"\s*([0-9a-f]{1,4}):([0-9a-f]{1,8}):([0-9a-f]{1,4}):([0-9a-f]{1,4}):([0-9]{1,3}):[0-9]+(?::[0-9a-f]+)?\s*", re.I)
-_TUNING = re.compile(r"\s*([stca])[ :](-?\d+(?::-?\d+)*)", re.I)
+_TUNING = re.compile(r"\s*[stca][ :]-?\d+(?::-?\d+)*", re.I)
 _OPTIONS = re.compile(r"[pcf]:", re.I)
 _PROVIDER = re.compile(r"(?:^|,)p:(.*?)(?=,[cCf]:|$)", re.DOTALL)
 _V5_SERVICE = re.compile(r'([^,]+),"(.*?)"(?:,((?:[pcCf]:).*)?)?', re.DOTALL)
-
-
-class Transponder(NamedTuple):
-    """Where a multiplex is received: kind "s", "t", "c" or "a" (satellite, terrestrial, cable, ATSC) and its values."""
-    kind: str
-    values: Tuple[int, ...]
 
 
 class Service(NamedTuple):
@@ -35,11 +30,6 @@ class Service(NamedTuple):
     name: str
     provider: str
 
-    def position(self):
-        """Orbital position in tenths of a degree, west negative; 0xEEEE and 0xFFFF stand for aerial and cable."""
-        position = self.namespace >> 16
-        return position - 3600 if 1800 < position < 3600 else position
-
     def reference(self):
         """A new eServiceReference without a name."""
         return eServiceReference(
@@ -47,33 +37,31 @@ class Service(NamedTuple):
 
 
 class Lamedb:
-    """What a lamedb file holds.
-
-    transponders -- (namespace, tsid, onid) -> Transponder
-    services     -- (sid, namespace, tsid, onid) -> Service, in the order of the file
-    """
+    """What a folder's lamedb holds: `services`, (sid, namespace, tsid, onid) -> Service, in the order of the file."""
 
     def __init__(self):
-        self.transponders = {}
         self.services = {}
 
     @classmethod
-    def read(cls, path):
-        """Read the file. Missing, unreadable or of another kind: the result is empty, and the console says so."""
+    def read(cls, folder):
+        """Read lamedb, or lamedb5 where that is the only one. Missing, unreadable or of another kind: the result is
+        empty, and the console says so."""
         result = cls()
+        paths = [os.path.join(folder, name) for name in ("lamedb", "lamedb5")]
+        path = next(filter(os.path.exists, paths), paths[0])
         complaints = Complaints(path)
         try:
-            lines = [text for text, _ in read_lines(path)]
+            lines = [line.removesuffix("\r") for line in read_lines(path)]
         except OSError as error:
             complaints.add(0, error.strerror or error)
             return result
         first = _FIRST.fullmatch(lines[0]) if lines else None
         if not first:
-            complaints.add(1, "is no lamedb of format 4 or 5")
-        elif first.group(1) == "4":
-            _Format4(result, lines, complaints).read()
-        else:
+            complaints.add(1, "is no lamedb of format 3, 4 or 5")
+        elif first.group(1) == "5":
             _read_format5(result, lines, complaints)
+        else:
+            _Sections(result, lines, complaints).read()
         complaints.close()
         return result
 
@@ -82,28 +70,16 @@ class Lamedb:
         field = ref.getUnsignedData
         return self.services.get((field(1), field(4), field(2), field(3)))
 
-    def add_transponder(self, match, tuning):
-        """Add a transponder from its matched id and tuning texts."""
-        key = tuple(int(field, 16) for field in match.groups())
-        self.transponders[key] = Transponder(tuning.group(1).lower(), tuple(map(int, tuning.group(2).split(":"))))
-
-    def add_service(self, match, name, options):
-        """Add a service from its matched id, its name and its options text."""
-        sid, namespace, tsid, onid = (int(field, 16) for field in match.groups()[:4])
-        self.services[sid, namespace, tsid, onid] = Service(
-            sid, namespace, tsid, onid, int(match.group(5)), name, _provider(options))
+    def add(self, match, name, options):
+        """Add a service from its matched id, its name and its options text. Very old lists have the provider alone there."""
+        key = tuple(int(field, 16) for field in match.groups()[:4])
+        provider = _PROVIDER.search(options) if _OPTIONS.match(options) else None
+        provider = provider.group(1) if provider else "" if _OPTIONS.match(options) else options
+        self.services[key] = Service(*key, int(match.group(5)), name, provider)
 
 
-def _provider(options):
-    """The provider in an options text. Very old lists hold nothing else there."""
-    if not _OPTIONS.match(options):
-        return options
-    match = _PROVIDER.search(options)
-    return match.group(1) if match else ""
-
-
-class _Format4:
-    """The older layout: two sections, several lines per entry."""
+class _Sections:
+    """The older formats: two sections, several lines per entry."""
 
     def __init__(self, result, lines, complaints):
         self.result = result
@@ -139,13 +115,10 @@ class _Format4:
         return self.lines[self.at + ahead] if self.at + ahead < len(self.lines) else "end"
 
     def _transponder(self, line):
-        """An id line, a line with the tuning values, perhaps further lines, "/"."""
-        match = _TRANSPONDER.fullmatch(line)
-        tuning = _TUNING.match(self._peek()) if match else None
-        if not tuning:
+        """An id line, a line with the tuning values, perhaps further lines, "/". The GUI needs nothing of it."""
+        if not _TRANSPONDER.fullmatch(line) or not _TUNING.match(self._peek()):
             self.complain("is no transponder")
             return
-        self.result.add_transponder(match, tuning)
         self._next()
         while self._peek()[:1] in ("\t", " "):
             self._next()
@@ -170,36 +143,23 @@ class _Format4:
                 self.complain("service without options")
             else:
                 options = self._next()
-        self.result.add_service(match, name, options)
+        self.result.add(match, name, options)
 
     def _starts_entry(self):
         return self._peek().strip() == "end" or _SERVICE.fullmatch(self._peek())
 
 
 def _read_format5(result, lines, complaints):
-    """The newer layout: one line per entry, no sections."""
+    """The newest format: one line per entry, no sections: "t:id,values" and 's:id,"name",options'. Names may hold quotes."""
     for number, line in enumerate(lines[1:], 2):
         if not line.strip() or line.startswith("#"):
             continue
         kind, _, rest = line.partition(":")
-        read_entry = {"t": _transponder5, "s": _service5}.get(kind)
-        if not read_entry or not read_entry(result, rest):
+        if kind == "t" and _TRANSPONDER.fullmatch(rest.partition(",")[0]) and _TUNING.match(rest.partition(",")[2]):
+            continue
+        parts = _V5_SERVICE.fullmatch(rest) if kind == "s" else None
+        match = _SERVICE.fullmatch(parts.group(1)) if parts else None
+        if match:
+            result.add(match, parts.group(2), parts.group(3) or "")
+        else:
             complaints.add(number, "is neither transponder nor service")
-
-
-def _transponder5(result, text):
-    """Read "id,values[,more]"; False when it is none."""
-    key, _, values = text.partition(",")
-    match, tuning = _TRANSPONDER.fullmatch(key), _TUNING.match(values)
-    if match and tuning:
-        result.add_transponder(match, tuning)
-    return bool(match and tuning)
-
-
-def _service5(result, text):
-    """Read 'id,"name"[,options]'; False when it is none. Names may hold quotes."""
-    parts = _V5_SERVICE.fullmatch(text)
-    match = _SERVICE.fullmatch(parts.group(1)) if parts else None
-    if match:
-        result.add_service(match, parts.group(2), parts.group(3) or "")
-    return bool(match)

@@ -1,5 +1,4 @@
 """eServiceCenter: what the host's screens ask about services, answered from lamedb and the bouquets."""
-import os
 import re
 
 from . import env
@@ -77,7 +76,7 @@ class eServiceCenter:
 
     def reload(self):
         """Read lamedb and the bouquets of the etc folder (again)."""
-        self._lamedb = Lamedb.read(os.path.join(env.etc(), "lamedb"))
+        self._lamedb = Lamedb.read(env.etc())
         self._bouquets = Bouquets(env.etc())
 
     def counts(self):

@@ -6,7 +6,7 @@ included.
 import re
 
 from . import env
-from .files import decode, encode, write_atomically
+from .files import encode, read_lines, write_atomically
 
 
 class SettingsFile:
@@ -14,19 +14,20 @@ class SettingsFile:
 
     def __init__(self):
         self.lines = []
-        self._refuse_save = False
+        self._unknown = False          # whether the file holds what could not be read
+        self.problem = None            # why the last load or save failed
 
     def load(self, path):
         """Read the file; a missing one is an empty one. One that can't be read costs a console line, and is then never
         overwritten: nobody knows what it holds."""
-        self.lines, self._refuse_save = [], False
+        self.lines, self.problem, self._unknown = [], None, False
         try:
-            with open(path, "rb") as file:
-                self.lines = [line for line in decode(file.read()).split("\n") if line.strip()]
+            self.lines = [line for line in read_lines(path) if line.strip()]
         except FileNotFoundError:
             pass
         except OSError as error:
-            self._refuse_save = True
+            self.problem = "the file could not be read at the start, %s" % error.strerror
+            self._unknown = True
             env.log("[receiver] reading settings failed, they will not be saved: %s" % error)
 
     def texts(self):
@@ -37,8 +38,8 @@ class SettingsFile:
     def save(self, path, values):
         """Write the file. `values` maps every known key to its text, or to None when it has its default; all other
         lines stay. True on success; a failure costs a console line and leaves the old file."""
-        if self._refuse_save:
-            env.log("[receiver] settings not saved: the file could not be read at the start")
+        if self._unknown:
+            env.log("[receiver] settings not saved: %s" % self.problem)
             return False
         known = dict(values)
         for key in [key for key, text in known.items() if text and "\n" in text]:
@@ -50,6 +51,7 @@ class SettingsFile:
         try:
             write_atomically(path, encode("".join(line + "\n" for line in lines)))
         except (OSError, ValueError) as error:
+            self.problem = getattr(error, "strerror", None) or str(error)
             env.log("[receiver] writing settings failed: %s" % error)
             return False
         self.lines = lines

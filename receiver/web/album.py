@@ -14,9 +14,8 @@ import sys
 import tempfile
 from pathlib import Path
 
-from receiver import cli
+from receiver import cli, options
 from receiver.app import Receiver
-from receiver.data import env
 from receiver.layout import RESOLUTIONS
 from receiver.loop import VirtualLoop
 from receiver.web import camera
@@ -79,15 +78,15 @@ def played(keys, resolution, happens=None):
     """A receiver with the documentation's folder, after these keys. The folder is there as long as the block runs."""
     FOLDER.mkdir()
     try:
-        etc = FOLDER / "enigma2"
-        shutil.copytree(cli.SAMPLE, etc)
+        etc = FOLDER / "etc" / "enigma2"
+        shutil.copytree(options.SAMPLE, etc)
         (etc / "blacklist_dvb_epg").write_text("".join("#SERVICE %s\n" % reference for reference in BLACKLIST))
         for name in FILES:
-            (FOLDER / name).mkdir(parents=True) if "." not in name else (FOLDER / name).write_text("")
+            place = FOLDER / "media" / name
+            place.mkdir(parents=True, exist_ok=True) if "." not in name else place.write_text("")
         with contextlib.closing(VirtualLoop()) as loop:
-            receiver = Receiver(loop, str(etc), resolution=resolution, now=lambda: NOW + loop.time())
-            env.configure(str(etc), str(FOLDER / "hdd"))
-            cli.play(receiver, cli.parse_keys(keys))
+            receiver = Receiver(loop, str(etc), str(FOLDER), resolution=resolution, now=lambda: NOW + loop.time())
+            cli.play(receiver, options.parse_keys(keys))
             if happens is not None:
                 happens(receiver)
                 loop.settle()

@@ -15,13 +15,13 @@ class BoxTest(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.etc = os.path.join(folder.name, "box settings")
-        self.hdd = os.path.join(folder.name, "hdd")
+        self.root = os.path.join(folder.name, "root")
+        self.hdd = os.path.join(self.root, "media", "hdd")
         os.mkdir(self.etc)
-        os.mkdir(self.hdd)
         self.console = []
-        folders = dict(env._folders)
-        self.addCleanup(lambda: (env._folders.clear(), env._folders.update(folders)))
-        env.configure(self.etc, self.hdd)
+        for name in ("_etc", "_root"):
+            self.addCleanup(setattr, env, name, getattr(env, name))
+        env.configure(self.etc, self.root)
         env.set_log(self.console.append)
         self.addCleanup(env.set_log, None)
 

@@ -1,6 +1,7 @@
 """The command line."""
 
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -8,10 +9,10 @@ import unittest
 from pathlib import Path
 from unittest import mock
 
-from receiver import cli
+from receiver import options
 from tests.receiver.tv import TvTest, run_cli
 
-ROOT = cli.HERE.parent
+ROOT = options.HERE.parent
 
 
 class CommandLineTest(TvTest):
@@ -52,16 +53,19 @@ class CommandLineTest(TvTest):
         self.assertEqual(code, 0)
         for word in ("--etc", "--keys", "channelup", "wait:15s", "F1 F2 F3 F4"):
             self.assertIn(word, out)
-        self.assertLessEqual(max(map(len, out.split("\n"))), 100)
+        self.assertLessEqual(max(map(len, out.split("\n"))), 120)
 
     def test_sample_is_copied_once(self):
         with tempfile.TemporaryDirectory() as folder:
-            with mock.patch.object(cli, "SAMPLE_COPY", Path(folder) / "build" / "etc"):
-                path = Path(cli.etc_folder(None))
-                (path / "settings").write_text("kept")
-                self.assertEqual(cli.etc_folder(None), str(path))
-                self.assertEqual((path / "settings").read_text(), "kept")
-                self.assertTrue((path / "lamedb").exists())
+            with mock.patch.dict(os.environ, VELTRO_BOXES=folder):
+                for number in range(2):
+                    etc, root, lock = options.open_box(None)
+                    os.close(lock)
+                    path = Path(etc)
+                    self.assertEqual((path / "settings").exists(), bool(number))
+                    (path / "settings").write_text("kept")
+                    self.assertTrue((path / "lamedb").exists())
+                    self.assertEqual(path, Path(root) / "etc" / "enigma2")
 
 
 class RefusalTest(unittest.TestCase):
@@ -88,6 +92,24 @@ class RefusalTest(unittest.TestCase):
     def test_unreadable_folder_as_the_system_tells(self):
         with tempfile.TemporaryDirectory() as folder, mock.patch("os.access", return_value=False):
             self.assertIn("not readable", self.refused("--etc", folder, "--keys", ""))
+
+    def test_a_folder_without_lists(self):
+        with tempfile.TemporaryDirectory() as folder:
+            self.assertIn("no channel lists in %s: neither lamedb nor bouquets.tv\n" % folder, self.refused("--etc", folder))
+            place = Path(folder) / "usr" / "enigma2"
+            shutil.copytree(options.SAMPLE, place)
+            self.assertIn("there are some in %s\n" % place, self.refused("--etc", folder))
+            (place / "backup").mkdir()
+            self.assertIn("there are some in %s\n" % place, self.refused("--etc", str(place / "backup")))
+
+    def test_options_that_do_nothing_together(self):
+        for words in ("--port 1 --keys", "--port 1 --terminal", "--terminal --keys", "--terminal --shot", "--print all --shot",
+                      "--size 80x30 --shot"):
+            *first, last = words.split()
+            with self.subTest(words):
+                self.assertIn("do not go together", self.refused(*first, *([last, ""] if last != "--terminal" else [last])))
+        self.assertIn("--print needs --keys", self.refused("--print", "last"))
+        self.assertIn("--size needs --keys", self.refused("--size", "80x30", "--terminal"))
 
     def test_keys(self):
         for word in ("coffee", "down*x", "wait:soon", "hold:", "*3", "wait:5"):

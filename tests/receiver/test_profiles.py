@@ -35,6 +35,15 @@ class ImageTest(TvTest):
         """Where the image has a key; one that it does not have, the plug-in puts where it looks for it."""
         return PROFILES[self.image].keys.get(path) or path
 
+    @property
+    def epg_file(self):
+        """Where the image keeps the EPG file at first."""
+        return (self.etc if PROFILES[self.image].builds_cache_path else self.hdd) / "epg.dat"
+
+    def shown(self, path):
+        """A path as the TV shows it."""
+        return str(path)[len(str(self.root)):]
+
     def element(self, path):
         return find(host("Components.config").config, self.key(path))
 
@@ -47,10 +56,10 @@ class ImageTest(TvTest):
             file.write("config.%s=%s\n" % (self.key(path), text))
 
     def choose(self, folder):
-        """Choose a folder of `etc` for the EPG file."""
+        """Choose a folder of the box for the EPG file."""
         self.go_to("EPG Path")
         self.press("ok")
-        while "lamedb" not in self.labels:
+        while "etc" not in self.labels:
             self.press("left*2 ok")
         self.press("left*2")
         for name in folder.split("/"):
@@ -172,16 +181,16 @@ class Flows:
         self.assertNotEqual(events, NOTHING)
         self.go_to(SAVE)
         self.press("ok")
-        self.assertEqual(self.text("status"), "Saving of EPG cache to %s finished" % (self.etc / "epg.dat"))
+        self.assertEqual(self.text("status"), "Saving of EPG cache to %s finished" % self.shown(self.epg_file))
         self.assertEqual(self.info("EPG file"), events)
-        saved = (self.etc / "epg.dat").read_bytes()
+        saved = (self.epg_file).read_bytes()
         self.press("down*2 ok")
         self.assertEqual(self.text("status"), "Clearing EPG DB finished")
         self.assertEqual(self.info("EPG cache"), NOTHING)
         self.assertIn(self.info("EPG file"), ("none", NOTHING))
-        (self.etc / "epg.dat").write_bytes(saved)
+        (self.epg_file).write_bytes(saved)
         self.press("up ok")
-        self.assertEqual(self.text("status"), "Loading EPG data from %s finished" % (self.etc / "epg.dat"))
+        self.assertEqual(self.text("status"), "Loading EPG data from %s finished" % self.shown(self.epg_file))
         self.assertEqual(self.info("EPG cache"), events)
 
     def test_nothing_comes_back_after_delete(self):
@@ -201,37 +210,38 @@ class Flows:
         self.assertIn(self.info("EPG file"), ("none", NOTHING))
 
     def test_a_broken_file_is_gone_after_delete(self):
-        (self.etc / "epg.dat").write_text("this is no EPG")
+        self.epg_file.parent.mkdir(parents=True, exist_ok=True)
+        self.epg_file.write_text("PC-EPG, but this is no EPG")
         self.switch_on()
         self.go_to(DELETE)
         self.press("ok exit")
         self.receiver.switch_off()
-        left = [path.name for path in self.etc.glob("epg.dat*") if b"this is no EPG" in path.read_bytes()]
+        left = [path.name for path in self.epg_file.parent.glob("epg.dat*") if b"this is no EPG" in path.read_bytes()]
         self.assertEqual(left, [])
 
     def test_a_directory_is_kept(self):
         """Also one that the image does not offer; the events saved there are back after a start."""
         for number, folder in enumerate(("media/usb", "media", "media/usb/below")):
             with self.subTest(folder):
-                (self.etc / folder).mkdir(parents=True, exist_ok=True)
+                (self.root / folder).mkdir(parents=True, exist_ok=True)
                 if number:
                     self.receiver.switch_off()
                     self.new_receiver()
-                (self.etc / "media" / "usb").mkdir(parents=True, exist_ok=True)
+                (self.root / "media" / "usb").mkdir(parents=True, exist_ok=True)
                 self.switch_on()
                 self.choose(folder)
                 self.go_to(SAVE)
                 self.press("ok exit")
-                self.assertTrue((self.etc / folder / "epg.dat").exists())
+                self.assertTrue((self.root / folder / "epg.dat").exists())
                 self.set("usage.epg.eit", "False")
                 self.new_receiver()
                 self.switch_on()
-                self.assertIn("EPG Path : %s" % (self.etc / folder), self.labels)
+                self.assertIn("EPG Path : /%s" % folder, self.labels)
                 self.assertNotEqual(self.info("EPG cache"), NOTHING)
                 self.assertIn(self.info("EPG cache"), self.info("EPG file"))
                 self.press("exit")
                 self.restart()
-                self.assertIn("EPG Path : %s" % (self.etc / folder), self.labels)
+                self.assertIn("EPG Path : /%s" % folder, self.labels)
 
     def test_the_timer_follows_a_change(self):
         self.set("misc.epg_data_timer", "0")
@@ -367,7 +377,6 @@ class Boxes:
         self.assertShows("Main menu")
 
     def test_an_error_in_a_result_is_a_message(self):
-        (self.etc / "media").mkdir()
         cache_file = sys.modules["Veltro"].config.misc.epgcache_filename
 
         def failing(*_):
@@ -378,8 +387,7 @@ class Boxes:
             cache_file.save = failing
         self.go_to("EPG Path")
         self.press("ok")
-        self.go_to("media")
-        self.press("green")
+        self.press("ok down green")
         self.assertIn("Veltro.Veltro.gotEPGpath failed", self.text("text"))
         self.press("ok")
         self.assertEqual(self.top.name, "Veltro")
@@ -409,8 +417,8 @@ class Boxes:
         self.assertEqual(self.top.name, "Veltro")
 
     def test_a_file_that_can_not_be_removed_is_a_message(self):
-        (self.etc / "epg.dat").mkdir()
-        (self.etc / "epg.dat" / "epg.dat").mkdir()
+        (self.epg_file).mkdir()
+        (self.epg_file / "epg.dat").mkdir()
         self.go_to(DELETE)
         self.press("ok")
         self.assertIn("Veltro.Veltro.keyOk failed: ", self.text("text"))
@@ -425,48 +433,47 @@ class Boxes:
         """Without which the tests of "Delete broken epg.dat" would show nothing."""
         self.go_to(SAVE)
         self.press("ok")
-        saved = (self.etc / "epg.dat").read_bytes()
+        saved = (self.epg_file).read_bytes()
         cache = host("enigma").eEPGCache.getInstance()
         cache.flushEPG()
         cache.save()
-        self.assertEqual((self.etc / "epg.dat").read_bytes(), saved)
+        self.assertEqual((self.epg_file).read_bytes(), saved)
 
 
 class OwnKeys:
     """Images that build the path of the EPG file from a directory and a name of their own."""
 
     def test_an_offered_directory_is_the_images_choice(self):
-        (self.etc / "media" / "usb").mkdir(parents=True)
         self.switch_on()
         self.choose("media/usb")
         misc = host("Components.config").config.misc
-        self.assertEqual((misc.epgcachepath.value, misc.epgcachefilename.value), ("%s/media/usb/" % self.etc, "epg"))
+        self.assertEqual((misc.epgcachepath.value, misc.epgcachefilename.value), ("/media/usb/", "epg"))
         self.assertEqual(misc.veltro_epgcache_filename.value, "")
 
     def test_the_images_own_menu_counts_afterwards(self):
-        (self.etc / "media" / "usb" / "below").mkdir(parents=True)
+        (self.root / "media" / "usb" / "below").mkdir(parents=True)
         self.switch_on()
         self.choose("media/usb/below")
         misc = host("Components.config").config.misc
-        self.assertEqual(misc.epgcache_filename.value, "%s/media/usb/below/epg.dat" % self.etc)
-        misc.epgcachepath.value = "%s/media/usb/" % self.etc
+        self.assertEqual(misc.epgcache_filename.value, "/media/usb/below/epg.dat")
+        misc.epgcachepath.value = "/media/usb/"
         misc.epgcachepath.save()
         self.press("exit")
         self.restart()
-        self.assertIn("EPG Path : %s/media/usb" % self.etc, self.labels)
+        self.assertIn("EPG Path : /media/usb", self.labels)
 
 
 class OpenAtvOnly:
     def test_a_client_does_not_save(self):
         self.switch_on()
-        (self.etc / "epg.dat").unlink(missing_ok=True)
+        (self.epg_file).unlink(missing_ok=True)
         self.go_to("Enable EPG client mode")
         self.press("right")
         host("enigma").eEPGCache.getInstance().save()
-        self.assertFalse((self.etc / "epg.dat").exists())
+        self.assertFalse((self.epg_file).exists())
         self.press("left")
         host("enigma").eEPGCache.getInstance().save()
-        self.assertTrue((self.etc / "epg.dat").exists())
+        self.assertTrue((self.epg_file).exists())
 
     def test_nor_after_a_restart_or_when_saving_is_off_anyway(self):
         for settings in ("misc.epg_is_client_stb=True", "epg.saveepg=False"):
@@ -474,7 +481,7 @@ class OpenAtvOnly:
             self.new_receiver()
             self.switch_on()
             host("enigma").eEPGCache.getInstance().save()
-            self.assertFalse((self.etc / "epg.dat").exists())
+            self.assertFalse((self.epg_file).exists())
             self.press("exit")
             self.receiver.switch_off()
 

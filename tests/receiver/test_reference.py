@@ -116,24 +116,23 @@ class Object(BoxTest):
 
 
 class Folders(BoxTest):
-    def test_sysconfdir_is_the_chosen_folder_whatever_its_name(self):
-        self.assertEqual(eEnv.resolve("${sysconfdir}/enigma2/blacklist_dvb_epg"),
-                         os.path.join(self.etc, "blacklist_dvb_epg"))
-        self.assertEqual(eEnv.resolve("${sysconfdir}/enigma2"), self.etc)
-        self.assertEqual(eEnv.resolve("${sysconfdir}/enigma22"), os.path.dirname(self.etc) + "/enigma22")
+    def test_the_chosen_folder_is_the_boxs_whatever_its_name(self):
+        self.assertEqual(eEnv.resolve("${sysconfdir}/enigma2/blacklist_dvb_epg"), "/etc/enigma2/blacklist_dvb_epg")
+        self.assertEqual(env.real("/etc/enigma2/blacklist_dvb_epg"), os.path.join(self.etc, "blacklist_dvb_epg"))
+        self.assertEqual(env.real("/etc/enigma22"), self.root + "/etc/enigma22")
 
     def test_other_variables(self):
         self.assertEqual(eEnv.resolve("/plain"), "/plain")
         self.assertEqual(eEnv.resolve("${no_such_variable_here}/x"), "")
         self.assertEqual(eEnv.resolve("${PATH}"), os.environ["PATH"])
 
-    def test_epg_file(self):
-        self.assertEqual(env.epg_file(), os.path.join(self.hdd, "epg.dat"))
-        env.configure(self.etc)
-        self.assertEqual(env.epg_file(), os.path.join(self.etc, "epg.dat"))
+    def test_a_path_of_the_box_and_one_of_the_pc(self):
+        for path, place in (("/media/hdd/epg.dat", self.hdd + "/epg.dat"), ("//media/../x", self.root + "/x"), ("/", self.root + "/"),
+                            ("x", self.root + "/x"), (self.etc, self.etc), (env.__file__, env.__file__)):
+            self.assertEqual(env.real(path), place)
 
     def test_nothing_works_before_the_folders_are_chosen(self):
-        env._folders.clear()
+        env._etc = None
         with self.assertRaises(RuntimeError):
             env.etc()
 

@@ -9,8 +9,9 @@ import tempfile
 import unittest
 from dataclasses import replace
 from pathlib import Path
+from unittest import mock
 
-from receiver import cli
+from receiver import cli, options
 from receiver.app import Receiver
 from receiver.places import HERE
 from receiver.loop import VirtualLoop
@@ -28,15 +29,20 @@ class TvTest(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
-        self.etc = Path(folder.name) / "enigma2"
+        self.root = Path(folder.name) / "box"
+        self.etc = self.root / "etc" / "enigma2"
+        self.hdd = self.root / "media" / "hdd"
         shutil.copytree(SAMPLE, self.etc)
+        boxes = mock.patch.dict(os.environ, VELTRO_BOXES=os.path.join(folder.name, "boxes"))
+        boxes.start()
+        self.addCleanup(boxes.stop)
         self.receiver = self.new_receiver()
 
     def new_receiver(self, **facts):
         """Another receiver with the same etc folder, on a host with other `facts` (fields of its profile)."""
         loop = VirtualLoop()
         self.addCleanup(loop.close)
-        self.receiver = Receiver(loop, str(self.etc), replace(PROFILES[self.image], **facts))
+        self.receiver = Receiver(loop, str(self.etc), str(self.root), replace(PROFILES[self.image], **facts))
         self.addCleanup(self.receiver.switch_off)
         return self.receiver
 
@@ -52,7 +58,7 @@ class TvTest(unittest.TestCase):
 
     def press(self, keys):
         """Press keys, written as for --keys."""
-        for _, step in cli.parse_keys(keys):
+        for _, step in options.parse_keys(keys):
             step(self.receiver)
 
     def run_in_gui(self, function, *arguments):

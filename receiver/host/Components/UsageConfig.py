@@ -1,4 +1,5 @@
 """The keys that the receiver's settings screens show: their kinds of value, choices and defaults."""
+import contextlib
 import glob
 import os
 from importlib import import_module
@@ -54,7 +55,7 @@ KEYS = {
     "misc.epg_dvb_blacklist_mode": lambda: ConfigYesNo(default=False),
     "misc.epg_is_client_stb": lambda: ConfigYesNo(default=False),
     "misc.epg_data_timer": lambda: ConfigInteger(default=60, limits=(0, 1440), step=5),
-    "misc.epgcache_filename": lambda: ConfigText(default=env.epg_file(), fixed_size=False),
+    "misc.epgcache_filename": lambda: ConfigText(default=env.EPG_FILE, fixed_size=False),
 }
 
 
@@ -100,19 +101,24 @@ def _cache_file_chosen(element):
 
 def _build_cache_path(misc):
     """The path of the EPG file is what these two keys say, at every start and whenever one of them is saved."""
-    etc = os.path.join(env.etc(), "")
-    mounts = sorted(os.path.join(mount, "") for mount in glob.glob(os.path.join(env.hdd(), "media", "*")))
+    etc = env.ETC + "/"
+    mounts = sorted(mount + "/" for mount in glob.glob("/media/*"))
     misc.epgcachepath = ConfigSelection([etc, *mounts], default=etc)
     misc.epgcachefilename = ConfigText(default="epg", fixed_size=False)
 
+    def path():
+        return os.path.join(misc.epgcachepath.value, misc.epgcachefilename.value.replace(".dat", "") + ".dat")
+
+    misc.epgcache_filename = ConfigText(default=path(), fixed_size=False)
+
     def build(element):
-        name = misc.epgcachefilename.value.replace(".dat", "") + ".dat"
-        misc.epgcache_filename.value = os.path.join(misc.epgcachepath.value, name)
+        misc.epgcache_filename.value = path()
         misc.epgcache_filename.save()
         _cache().setCacheFile(misc.epgcache_filename.value)
         _cache().save()
-        if misc.epgcachepath.value != etc and os.path.exists(etc + name):
-            os.unlink(etc + name)
+        if misc.epgcachepath.value != etc:
+            with contextlib.suppress(OSError):
+                os.unlink(etc + os.path.basename(path()))
 
     misc.epgcachepath.addNotifier(build, initial_call=False, immediate_feedback=False)
     misc.epgcachefilename.addNotifier(build, immediate_feedback=False)

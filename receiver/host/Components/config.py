@@ -6,8 +6,6 @@
     config.usage.epg.eit.save()                          # into the tree; cancel() goes back to what was saved
     configfile.save()                                    # into the settings file
 """
-import os
-
 from Components.config_elements import (  # noqa: F401 (offered from here)
     ConfigBoolean, ConfigElement, ConfigNothing, ConfigSelection, ConfigSelectionNumber, ConfigYesNo, KEY_0, KEY_9,
     KEY_ASCII, KEY_BACKSPACE, KEY_DELETE, KEY_END, KEY_HOME, KEY_LEFT, KEY_NUMBERS, KEY_OK, KEY_RIGHT, KEY_TIMEOUT,
@@ -95,10 +93,11 @@ class ConfigFile:
     def __init__(self, tree):
         self._tree = tree
         self._file = SettingsFile()
+        self.on_failure = lambda text: None
 
     def path(self):
         """Where the settings are."""
-        return os.path.join(env.etc(), "settings")
+        return env.ETC + "/settings"
 
     def load(self):
         """Read the file into the tree; elements defined later get their texts when they are defined."""
@@ -114,6 +113,8 @@ class ConfigFile:
         """Write what `save()` of the elements left, and every line that no element claims. True on success."""
         saved = self._file.save(self.path(), {path: element.saved_value for path, element in self._tree.elements()})
         self._tree.__dict__["_texts"] = self._file.texts()
+        if not saved:
+            self.on_failure("The settings could not be saved: %s" % self._file.problem)
         return saved
 
 

@@ -10,7 +10,7 @@ SCOPE_CONFIG, SCOPE_SKIN, SCOPE_CURRENT_SKIN, SCOPE_PLUGINS = range(4)
 
 def resolveFilename(scope, base="", path_prefix=None):
     """The full path of a file; an absolute one stays as it is."""
-    folder = {SCOPE_CONFIG: env.etc(), SCOPE_PLUGINS: str(HERE.parent / "plugin")}.get(scope, str(HERE / "skin"))
+    folder = {SCOPE_CONFIG: env.ETC, SCOPE_PLUGINS: str(HERE.parent / "plugin")}.get(scope, str(HERE / "skin"))
     return os.path.join(folder, base)
 
 

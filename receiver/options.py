@@ -1,0 +1,219 @@
+"""The command line's words: what they mean, and which of them can't be done. Needs nothing but Python, so that
+script/run can answer before anything is installed or built.
+"""
+
+import argparse
+import fcntl
+import hashlib
+import os
+import re
+import shutil
+import sys
+from pathlib import Path
+
+from receiver.actions import KEYS
+from receiver.layout import RESOLUTIONS
+from receiver.places import HERE
+from receiver.profile import PROFILES
+
+SAMPLE = HERE / "sample"
+LISTS = ("lamedb", "lamedb5", "bouquets.tv", "bouquets.radio")
+HELP_SHOWN = 10  # exit code for script/run: there is nothing more to do
+NEARBY = 2000  # entries of folders to look at for lists
+
+HELP = """
+Without --terminal, --keys or --shot the TV is shown in a browser, at http://127.0.0.1:8420.
+
+what is written:
+  The box's folders (/media/hdd, /media/usb ...) are below build/box of this project, a box for each --etc folder.
+  In the --etc folder itself: settings, blacklist_dvb_epg, and an EPG file of the receiver's own making if you
+  choose that place. What else is in it is never changed, nor is anything outside these two.
+
+keys in the browser and in the terminal:
+  arrows, Enter, Esc          the arrows, OK, EXIT
+  F1 F2 F3 F4                 RED GREEN YELLOW BLUE
+  0-9, t, r, m, i, e          digits, TV, RADIO, MENU, INFO, EPG
+  PageUp PageDown Home End    CHANNEL+ CHANNEL- PREVIOUS NEXT
+  q                           in the terminal: switch the receiver off
+The receiver's console is on standard error: seen with --keys, kept with 2>FILE.
+
+words for --keys:
+  %s
+  KEY*N        press a key N times, for instance down*3
+  hold:KEY*N   keep a key pressed until it has repeated N times
+  wait:TIME    let time go by without waiting for it: wait:500ms, wait:15s, wait:30m, wait:2h
+"""
+
+
+class UsageError(Exception):
+    """What the user asked for can't be done; the text says why in one line."""
+
+
+def parse(command_line):
+    """The options, of which all go together. UsageError; SystemExit after --help."""
+    words = re.sub(r"(.{1,70})(?: |$)", r"\1\n  ", " ".join(KEYS)).strip()
+    parser = argparse.ArgumentParser(
+        prog="script/run", description="A small enigma2-like receiver that runs Veltro.",
+        epilog=HELP % words, formatter_class=argparse.RawDescriptionHelpFormatter, allow_abbrev=False)
+    parser.error = _usage_error
+    add = parser.add_argument
+    add("--etc", metavar="DIR", help="use a receiver's own /etc/enigma2 folder, in place, instead of a sample: the folder "
+        "that holds lamedb and bouquets.tv")
+    add("--host", choices=PROFILES, default="full", help="the image to be like, with what it lacks and does in its own way; "
+        "full (default) has everything that plug-ins ask for")
+    add("--skin", choices=RESOLUTIONS, default="hd", dest="resolution", help="the desktop that skins are made for: hd is "
+        "1280x720 (default), fhd 1920x1080")
+    add("--port", metavar="N", type=_port, help="the TV in a browser: listen on this port of this machine; 0 takes any free "
+        "one (default 8420, or a free one if that is taken)")
+    add("--terminal", action="store_true", help="the TV in this terminal")
+    add("--keys", metavar="KEYS", help="press these keys, separated by blanks, without a terminal, and print the picture "
+        "as text")
+    add("--print", choices=("all", "last"), dest="pictures", help="with --keys: print the picture after every key, or the "
+        "last one only (default)")
+    add("--size", metavar="COLUMNSxLINES", type=_size, help="with --keys: the printed picture's size in characters "
+        "(default 100x37)")
+    add("--shot", metavar="FILE.png", help="write the picture, after --keys if there are any, as a PNG")
+    options = parser.parse_args(command_line)
+    _check_together(options)
+    options.steps = parse_keys(options.keys or "")
+    return options
+
+
+def _check_together(options):
+    """UsageError for an option that would do nothing beside the others."""
+    given = {"--" + name for name in ("port", "terminal", "keys", "shot", "size") if getattr(options, name) not in (None, False)}
+    given |= {"--print"} if options.pictures else set()
+    for option, others in {"--port": ("--terminal", "--keys", "--shot"), "--terminal": ("--keys", "--shot"),
+                           "--print": ("--shot",), "--size": ("--shot",)}.items():
+        for other in others:
+            if {option, other} <= given:
+                raise UsageError("%s and %s do not go together" % (option, other))
+    for option in ("--print", "--size"):
+        if option in given and "--keys" not in given:
+            raise UsageError("%s needs --keys" % option)
+
+
+def _port(text):
+    if not (text.isascii() and text.isdigit()) or int(text) > 65535:
+        raise argparse.ArgumentTypeError("a port is a number up to 65535: %s" % text)
+    return int(text)
+
+
+def _usage_error(message):
+    raise UsageError(message)
+
+
+def _size(text):
+    match = re.fullmatch(r"([0-9]{1,3})x([0-9]{1,3})", text)
+    if not match or int(match[1]) < 20 or int(match[2]) < 6:
+        raise argparse.ArgumentTypeError("a size is COLUMNSxLINES, from 20x6 to 999x999: %s" % text)
+    return int(match[1]), int(match[2])
+
+
+def parse_keys(text):
+    """The words of --keys as (word, function of a receiver on a virtual loop) pairs."""
+    return [(word, _parse_word(word)) for word in text.split()]
+
+
+def _parse_word(word):
+    wait = re.fullmatch(r"wait:([0-9]{1,6})(ms|s|m|h)", word)
+    if wait:
+        seconds = int(wait[1]) * {"ms": 0.001, "s": 1, "m": 60, "h": 3600}[wait[2]]
+        return lambda receiver: receiver.loop.advance(seconds)
+    press = re.fullmatch(r"(hold:)?([a-z0-9]+)(?:\*([0-9]{1,6}))?", word)
+    if not press or press[2] not in KEYS:
+        raise UsageError("unknown key: %s (--help lists them)" % word)
+    hold, key, times = press[1], press[2], int(press[3] or 1)
+    return lambda receiver: _hold(receiver, key, times) if hold else _press(receiver, key, times)
+
+
+def _press(receiver, key, times):
+    for _ in range(times):
+        receiver.press(key)
+        receiver.loop.settle()
+
+
+def _hold(receiver, key, repeats):
+    receiver.hold(key, repeats)
+    receiver.loop.settle()
+
+
+def check_folder(folder):
+    """UsageError unless the folder can be used as /etc/enigma2."""
+    if not os.path.isdir(folder):
+        raise UsageError("--etc: no such folder: %s" % folder)
+    if not os.access(folder, os.R_OK | os.X_OK):
+        raise UsageError("--etc: not readable: %s" % folder)
+    if not _has_lists(folder):
+        found = _lists_near(folder)
+        raise UsageError("--etc: no channel lists in %s: neither lamedb nor bouquets.tv%s"
+                         % (folder, "; there are some in " + found if found else ""))
+
+
+def _has_lists(folder):
+    return any(os.path.exists(os.path.join(folder, name)) for name in LISTS)
+
+
+def _lists_near(folder):
+    """A folder with channel lists below this one or just above it, or None."""
+    parent = os.path.dirname(os.path.abspath(folder))
+    looked_at = 0
+    for place, folders, files in os.walk(folder):
+        looked_at += len(folders) + len(files)
+        if _has_lists(place):
+            return place
+        folders[:] = sorted(name for name in folders if not name.startswith("."))
+        if looked_at > NEARBY:
+            break
+    return parent if _has_lists(parent) else None
+
+
+def boxes():
+    """The folder of the roots of all boxes; the environment may name another."""
+    return Path(os.environ.get("VELTRO_BOXES") or HERE.parent / "build" / "box")
+
+
+def open_box(chosen):
+    """(etc, root) of the receiver's box for a folder given with --etc, or for None, and the lock on it, to be kept open.
+
+    UsageError when another receiver has it, or when it can't be made.
+    """
+    try:
+        if chosen is None:
+            root = boxes() / "sample"
+            etc = root / "etc" / "enigma2"
+            if not etc.exists():
+                shutil.copytree(SAMPLE, etc)
+        else:
+            check_folder(chosen)
+            etc = Path(chosen).resolve()
+            name = "%s-%s" % (etc.name, hashlib.sha256(os.fsencode(etc)).hexdigest()[:8])
+            root = boxes() / name
+        lock = os.open(etc, os.O_RDONLY | os.O_DIRECTORY)
+    except OSError as error:
+        raise UsageError("the box's folder can't be made: %s: %s" % (error.filename, error.strerror)) from error
+    try:
+        fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except BlockingIOError:
+        os.close(lock)
+        raise UsageError("another receiver has this folder: %s" % etc) from None
+    except OSError:
+        pass  # a file system without locks
+    return str(etc), str(root), lock
+
+
+def main():
+    """For script/run: answer what needs no receiver."""
+    try:
+        options = parse(sys.argv[1:])
+        if options.etc is not None:
+            check_folder(options.etc)
+    except UsageError as error:
+        print("script/run: %s" % error, file=sys.stderr)
+        sys.exit(2)
+    except SystemExit:
+        sys.exit(HELP_SHOWN)
+
+
+if __name__ == "__main__":
+    main()
