@@ -25,7 +25,7 @@ Need = collections.namedtuple("Need", "list lines keys looks mark")
 
 def derived(name, screens, parts, desktop, need, texts=None):
     """The layout as text. Unfit: it can't be made. The arguments are those of FlatLayout, a Need, and {name: text} of what
-    the keys' labels will show."""
+    the labels will show that must fit."""
     layout = _layout(name, screens, parts, desktop, need)
     layout.put_in_lines()
     layout.put_in_keys()

@@ -67,7 +67,7 @@ class Layout(object):
                 need = need._replace(looks=skin_screens.looks_of(screens, *FILE_LIST))
             for name in self._candidates(screens, parts, desktop, need):
                 try:
-                    return derived(name, screens, parts, desktop, need, skin_screens.texts(screen, "key_"))
+                    return derived(name, screens, parts, desktop, need, skin_screens.texts(screen))
                 except Unfit as error:
                     print("[Veltro] the skin's %s makes no layout for %s: %s" % (name, self._own, error))
         except Exception:

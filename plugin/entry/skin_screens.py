@@ -65,11 +65,11 @@ def parts(screen):
     return found
 
 
-def texts(screen, beginning):
-    """{name: text} of the screen's labels whose names begin so."""
+def texts(screen):
+    """{name: text} of what a screen's labels for keys and its title show."""
     found = {}
     for name in screen:
-        text = getattr(screen[name], "text", None) if name.startswith(beginning) else None
+        text = getattr(screen[name], "text", None) if name.startswith("key_") or name.lower() == "title" else None
         if text:
             found[name] = text.decode("utf-8", "replace") if isinstance(text, bytes) else text
     return found

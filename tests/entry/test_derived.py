@@ -43,12 +43,12 @@ class DerivedTest(BoxTest):
         parts.update(more)
         return parts
 
-    def make(self, text, of="Veltro", desktop=(1280, 720), **parts):
+    def make(self, text, of="Veltro", desktop=(1280, 720), texts=None, **parts):
         root = ElementTree.fromstring("<skin>%s</skin>" % text)
         screens = dict((screen.get("name"), (screen, "/skin/")) for screen in root)
         need = self.screens[of][2]
         self.layout = ElementTree.fromstring(
-            self.derived.derived(root[0].get("name"), screens, self.parts(of, **parts), desktop, need))
+            self.derived.derived(root[0].get("name"), screens, self.parts(of, **parts), desktop, need, texts))
         return self.layout
 
     def all(self, name):
@@ -216,6 +216,33 @@ class PutInTest(DerivedTest):
             .replace('<ePixmap pixmap="buttons/green.png"', '<eLabel backgroundColor="#0000ff00"')
         self.make(text, self.EDITOR)
         self.assertEqual(len(set(each.get("backgroundColor") for each in self.layout.findall("eLabel"))), 4)
+
+    def test_are_as_strong_as_the_skins_own(self):
+        text = PLAIN.replace('<ePixmap pixmap="buttons/red.png"', '<eLabel backgroundColor="#00802010"') \
+            .replace('<ePixmap pixmap="buttons/green.png"', '<eLabel backgroundColor="#00209010"')
+        self.make(text, self.EDITOR)
+        self.assertEqual([each.get("backgroundColor") for each in self.layout.findall("eLabel")],
+                         ["#00802010", "#00209010", "#00809010", "#00101090"])
+
+    def test_colours_by_name(self):
+        text = PLAIN.replace('<ePixmap pixmap="buttons/red.png"', '<eLabel backgroundColor="KeyRed"') \
+            .replace('<ePixmap pixmap="buttons/green.png"', '<eLabel backgroundColor="KeyGreen"')
+        self.make(text.replace('source="key_red"', 'foregroundColor="grey" source="key_red"')
+                  .replace('source="key_green"', 'foregroundColor="grey" source="key_green"'), self.EDITOR)
+        self.assertEqual([each.get("backgroundColor") for each in self.layout.findall("eLabel")],
+                         ["KeyRed", "KeyGreen", "KeyYellow", "KeyBlue"])
+        self.assertEqual(self.one("key_blue").get("foregroundColor"), "grey")
+
+    def test_long_labels_get_smaller_letters(self):
+        self.make(PLAIN, self.EDITOR, texts={"key_blue": u"Bouquet hinzuf\u00fcgen", "key_red": "Exit", "Title": "A title"})
+        self.assertEqual([self.one(name).get("font") for name in ("key_red", "key_blue", "Title")],
+                         ["Regular;24", "Regular;21", "Regular;30"])
+        self.make(PLAIN, self.EDITOR, texts={"key_blue": 60 * "m"})
+        self.assertEqual(self.one("key_blue").get("font"), "Regular;15", "still legible")
+
+    def test_whole_rows(self):
+        self.make(PLAIN.replace("690,500", "690,517"))
+        self.assertEqual(self.rect("config")[3], 500)
 
     def test_keys_that_an_addon_shows(self):
         text = PLAIN.replace('<widget source="key_red" render="Label"', '<widget addon="Buttons" connection="key_red,key_green"') \

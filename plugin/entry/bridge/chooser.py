@@ -47,17 +47,19 @@ class OwnRow(object):
 
     def changeDir(self, directory, *arguments, **keywords):
         host.FileList.changeDir(self, directory, *arguments, **keywords)
-        rows = self.list
         try:
-            own = _row_for(directory, rows) if directory else None
-        except (TypeError, IndexError, AttributeError):  # a host whose rows are made in another way does without
-            own = None
-        if own is not None:
-            selected = self.getSelectionIndex() if getattr(self, "instance", None) else 0
-            rows.insert(0, own)
-            self.l.setList(rows)
-            # Whoever comes from a directory below stays on it; who has just entered stands on the first row.
-            self.moveToIndex(selected + 1 if selected else 0)
+            if directory:
+                self._put_in(directory)
+        except Exception:  # a host whose rows are made in another way
+            print("[Veltro] no row for %r:\n%s" % (directory, traceback.format_exc()))
+
+    def _put_in(self, directory):
+        rows = [rows for rows in (getattr(self, name, None) for name in ("list", "fileList")) if rows][0]
+        selected = self.getSelectionIndex() if getattr(self, "instance", None) else 0
+        rows.insert(0, _row_for(directory, rows))
+        self.l.setList(rows)
+        # Whoever comes from a directory below stays on it; who has just entered stands on the first row.
+        self.moveToIndex(selected + 1 if selected else 0)
 
     def canDescent(self):
         """One is there already: OK takes it."""

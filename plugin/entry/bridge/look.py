@@ -33,6 +33,14 @@ class SettingsLook(object):
         return SetupSummary
 
 
+class EditorLook(object):
+    """Has its title before it is shown, by when the layout can make room for it."""
+
+    def __init__(self, *arguments, **keywords):
+        super(EditorLook, self).__init__(*arguments, **keywords)
+        self.setWindowTitle()
+
+
 class PickerLook(object):
     """The yellow key in as many words as the image's channel list has room for."""
 
@@ -48,4 +56,5 @@ def name_screen(screen, title):
         screen["title"].text = title
 
 
-SCREENS = {"Veltro": SettingsLook, "DVB_EPG_blacklist_ChannelSelection": PickerLook}
+SCREENS = {"Veltro": SettingsLook, "Edit_DVB_EPG_Blacklist": EditorLook,
+           "DVB_EPG_blacklist_ChannelSelection": PickerLook}
