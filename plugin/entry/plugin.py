@@ -20,14 +20,30 @@ plugin_path = os.path.dirname(os.path.abspath(__file__))
 
 
 def session_start(reason, session=None, **kwargs):
-    """The GUI runs: record its session and start the timer that saves or loads the EPG."""
+    """The GUI runs: see to the EPG file's path, record the session and start the timer that saves or loads the EPG."""
     if reason == 0 and session is not None:
-        try:
-            timer = load().epg_timer
-            timer.setSession(session)
-            timer.init_timer()
-        except Exception:
-            print("[Veltro] the EPG timer was not started:\n" + traceback.format_exc())
+        _attempt("the EPG file's path was not looked after", prepare)
+        _attempt("the EPG timer was not started", start_timer, session)
+
+
+def _attempt(failure, function, *arguments):
+    try:
+        function(*arguments)
+    except Exception:
+        print("[Veltro] %s:\n%s" % (failure, traceback.format_exc()))
+
+
+def prepare():
+    """See to the EPG file before the host reads it."""
+    from . import bridge
+    bridge.start()
+
+
+def start_timer(session):
+    """Start the timer that saves or loads the EPG."""
+    timer = load().epg_timer
+    timer.setSession(session)
+    timer.init_timer()
 
 
 def main(session, **kwargs):

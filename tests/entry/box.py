@@ -19,7 +19,7 @@ from tests.entry.fake_config import (
     ConfigFile, ConfigNothing, ConfigSelection, ConfigSubsection, ConfigText, ConfigYesNo)
 from tests.entry.fake_screens import (
     ActionMap, ChannelSelection, Component, ConfigList, ConfigListScreen, Descriptor, MessageBox, Reference,
-    Screen, ServiceList, Session, Size, Source, StaticText, Timer, cache_class)
+    Screen, ServiceList, Session, Size, Source, StaticText, Timer, cache_class, named_services)
 
 try:
     import builtins
@@ -64,6 +64,7 @@ class Box(object):
         self.configfile = ConfigFile()
         self.eEPGCache = cache_class(*cache)
         self.width = width
+        self.etc, self.services = "/nowhere", {}  # services' names by their references
         self.modules = self._modules()
         if contract:
             self._complete()
@@ -71,9 +72,9 @@ class Box(object):
     def _modules(self):
         def nothing(*arguments):
             pass
-        env = type("eEnv", (object,), {"resolve": staticmethod(lambda text: text.replace("${sysconfdir}", "/nowhere"))})
+        env = type("eEnv", (object,), {"resolve": staticmethod(lambda text: text.replace("${sysconfdir}", self.etc))})
         center = type("eServiceCenter", (object,), {})
-        reference = type("ServiceReference", (object,), {})
+        reference = named_services(self.services)
         enigma = {"eEPGCache": self.eEPGCache, "eTimer": Timer, "eServiceReference": Reference, "eServiceCenter": center,
                   "eEnv": env, "getDesktop": lambda number: Size(self.width)}
         # What the real one has imported for itself is seen by a wholesale import.

@@ -57,6 +57,11 @@ class BoxTest(unittest.TestCase):
         return self.module
 
 
+def text_of(data):
+    """A text as hosts have it: bytes on Python 2.7, and on 3 what is no UTF-8 as lone surrogates."""
+    return data if PYTHON2 else data.decode("utf-8", "surrogateescape")
+
+
 def handlers(screen, name):
     """The handlers of one of a screen's action maps."""
     return screen[name].actions

@@ -55,10 +55,24 @@ class ConfigText(ConfigElement):
 
 class ConfigSelection(ConfigElement):
     def __init__(self, choices, default=None):
+        self._describe(choices)
+        ConfigElement.__init__(self, self.choices[0] if default is None else default)
+
+    def _describe(self, choices):
         pairs = [choice if isinstance(choice, tuple) else (choice, choice) for choice in choices]
         self.choices = [value for value, _ in pairs]
         self.description = dict(pairs)
-        ConfigElement.__init__(self, self.choices[0] if default is None else default)
+
+    def setChoices(self, choices, default=None):
+        """A value that is none of them gives way; what is stored stays."""
+        self._describe(choices)
+        self.default = self.choices[0] if default is None else default
+        if self.value not in self.choices:
+            self.value = self.default
+
+    def load(self):
+        if self.saved_value in self.choices:
+            self._value = self.saved_value
 
     def getIndex(self):
         return self.choices.index(self.value)

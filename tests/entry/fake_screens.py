@@ -91,6 +91,19 @@ class Reference(object):
         return self.text
 
 
+def named_services(names):
+    """ServiceReference over a database of names. Like the real one it dies of a text that is no UTF-8."""
+    class ServiceReference(object):
+        def __init__(self, ref):
+            self.ref = ref if isinstance(ref, Reference) else Reference(ref)
+            if str is not bytes:
+                self.ref.text.encode("utf-8")
+
+        def getServiceName(self):
+            return names.get(self.ref.text, "")
+    return ServiceReference
+
+
 class ServiceList(object):
     def __init__(self):
         self.selected = Reference()
@@ -158,9 +171,9 @@ class Session(object):
 class MessageBox(Screen):
     TYPE_YESNO, TYPE_INFO, TYPE_WARNING, TYPE_ERROR = range(4)
 
-    def __init__(self, session, text, type=TYPE_YESNO):
+    def __init__(self, session, text, type=TYPE_YESNO, timeout=-1):
         Screen.__init__(self, session)
-        self.text, self.type = text, type
+        self.text, self.type, self.timeout = text, type, timeout
 
 
 class Timer(object):

@@ -22,7 +22,7 @@ class ClearTest(BoxTest):
     def test_all_else_is_the_hosts(self):
         self.cache.setCacheFile("/x")
         self.cache.save()
-        self.assertEqual(self.calls, [("setCacheFile", "/x"), ("save",)])
+        self.assertEqual(self.calls, [("setCacheFile", self.file), ("save",)], "the host's own path")
         with self.assertRaises(AttributeError):
             self.cache.no_such_operation
         self.assertTrue(os.path.exists(self.file))
@@ -112,3 +112,138 @@ class HostThatCanClearTest(BoxTest):
     def test_nothing_is_changed(self):
         self.import_entry()
         self.assertEqual(self.box.part("bridge.epg_cache").changes(), {})
+
+
+class OutcomeTest(BoxTest):
+    """What the user is told of saving and loading, and that the old file is not lost. Hosts themselves say nothing."""
+
+    def setUp(self):
+        BoxTest.setUp(self)
+        self.load()
+        self.file = self.write("epg.dat", MAGIC + b"old")
+        self.config.misc.epgcache_filename.value = self.file
+        self.part = self.box.part("bridge.epg_cache")
+        self.part.IN_FLASH = self.path("flash.dat")
+        self.screen = self.box.session.open(self.module.Veltro, "/plugin")
+        self.host(save=self.writes(MAGIC + b"new"))
+
+    def host(self, **operations):
+        for name, operation in operations.items():
+            setattr(self.box.eEPGCache, name, operation)
+
+    def writes(self, data, name="epg.dat"):
+        return lambda cache: self.write(name, data) and None
+
+    def ok(self, row):
+        self.screen["config"].l.cursor = row
+        self.screen["shortcuts"].actions["ok"]()
+        return self.screen.text
+
+    def save(self):
+        return self.ok(19)
+
+    def restore(self):
+        return self.ok(20)
+
+    def content(self):
+        with open(self.file, "rb") as file:
+            return file.read()
+
+    def assert_old_file(self):
+        self.assertEqual(self.content(), MAGIC + b"old")
+        self.assertEqual(sorted(os.listdir(self.folder))[0], "epg.dat")
+        self.assertEqual([name for name in os.listdir(self.folder) if "veltro" in name], [])
+
+    def test_saved(self):
+        self.assertEqual(self.save(), "Saving of EPG cache to %s finished" % self.file)
+        self.assertEqual((self.content(), os.listdir(self.folder)), (MAGIC + b"new", ["epg.dat"]))
+
+    def test_saved_where_no_file_was(self):
+        os.unlink(self.file)
+        self.assertEqual(self.save(), "Saving of EPG cache to %s finished" % self.file)
+
+    def test_the_hosts_own_name_is_said(self):
+        self.config.misc.epgcache_filename.value = self.path("mine.dat")
+        self.host(save=self.writes(MAGIC, "mine.dat"))
+        self.assertEqual(self.save(), "Saving of EPG cache to %s finished" % self.path("mine.dat"))
+
+    def test_too_little_to_be_saved(self):
+        self.host(save=lambda cache: None)
+        self.assertEqual(self.save(), "Nothing was saved: there is too little EPG data.")
+        self.assert_old_file()
+
+    def test_a_full_disk(self):
+        self.host(save=self.writes(b""))  # it finds out when it has opened the file
+        self.assertEqual(self.save(), "There is not enough room for %s." % self.file)
+        self.assert_old_file()
+
+    def test_a_file_that_was_not_finished(self):
+        self.host(save=self.writes(MAGIC + b"UNFINISHED_V8"))
+        self.assertEqual(self.save(), "There is not enough room for %s." % self.file)
+        self.assert_old_file()
+
+    def test_a_directory_that_is_gone(self):
+        self.config.misc.epgcache_filename.value = self.path("gone", "epg.dat")
+        self.host(save=lambda cache: None)
+        self.assertEqual(self.save(), "%s can't be written." % self.path("gone", "epg.dat"))
+
+    def test_saved_in_flash_instead(self):
+        self.config.misc.epgcache_filename.value = self.path("gone", "epg.dat")
+        self.host(save=self.writes(MAGIC, "flash.dat"))
+        self.assertEqual(self.save(), "%s can't be written. The EPG data was saved to %s."
+                         % (self.path("gone", "epg.dat"), self.path("flash.dat")))
+
+    def test_a_disk_that_can_not_be_written(self):
+        """The file can't be put aside there. That it was not written shows all the same."""
+        def refused(*paths):
+            raise OSError(30, "Read-only file system")
+        real, os.rename = os.rename, refused
+        self.addCleanup(setattr, os, "rename", real)
+        self.host(save=lambda cache: None)
+        self.assertIn(self.save(), ("%s can't be written." % self.file,
+                                    "Nothing was saved: there is too little EPG data."))
+        self.assert_old_file()
+
+    def test_loaded(self):
+        self.assertEqual(self.restore(), "Loading EPG data from %s finished" % self.file)
+
+    def test_nothing_to_load(self):
+        os.unlink(self.file)
+        self.assertEqual(self.restore(), "There is no EPG file %s." % self.file)
+
+    def test_loaded_from_flash(self):
+        os.rename(self.file, self.path("flash.dat"))
+        self.assertEqual(self.restore(), "Loading EPG data from %s finished" % self.file)
+
+    def test_a_file_that_the_host_can_not_read(self):
+        self.host(load=lambda cache: os.rename(self.file, self.file + ".loading"))
+        self.assertEqual(self.restore(), "%s can't be read." % self.file)
+
+    def test_an_empty_file(self):
+        self.write("epg.dat", b"")
+        self.assertEqual(self.restore(), "%s can't be read." % self.file)
+
+    def test_cleared(self):
+        self.host(save=lambda cache: None)
+        self.assertEqual(self.ok(21), "Clearing EPG DB finished")
+
+    def test_nothing_to_remove_on_a_disk_that_can_not_be_written(self):
+        os.unlink(self.file)
+
+        def refused(path):
+            raise OSError(30, "Read-only file system")
+        real, os.unlink = os.unlink, refused
+        self.addCleanup(setattr, os, "unlink", real)
+        self.assertEqual(self.ok(21), "Clearing EPG DB finished")
+
+    def test_the_timers_problem_is_not_the_users(self):
+        self.host(save=lambda cache: None)
+        self.module.doEPGAction("save")
+        self.host(save=self.writes(MAGIC))
+        self.assertEqual(self.save(), "Saving of EPG cache to %s finished" % self.file)
+
+    def test_a_power_failure_in_between(self):
+        os.rename(self.file, self.file + ".veltro-aside")
+        self.write("epg.dat", MAGIC + b"UNFINISHED_V8")
+        self.box.part("bridge").start()
+        self.assert_old_file()

@@ -30,7 +30,8 @@ class GuardTest(BoxTest):
         message = self.session.current_dialog
         self.assertIsInstance(message, MessageBox)
         self.assertEqual((message.type, message.text),
-                         (MessageBox.TYPE_ERROR, "Veltro.Veltro.keyOk failed: ValueError: no such luck"))
+                         (MessageBox.TYPE_ERROR, "That did not work."))
+        self.assertIn("Veltro.Veltro.keyOk failed:", self.console)
         self.assertIn("Traceback", self.console)
         self.assertIn("ValueError: no such luck", self.console)
 
@@ -49,14 +50,15 @@ class GuardTest(BoxTest):
         self.break_action()
         self.session.in_exec = False
         self.press("ok")
-        self.assertEqual(self.box.popups, ["Veltro.Veltro.keyOk failed: ValueError: no such luck"])
+        self.assertEqual(self.box.popups, ["That did not work."])
 
     def test_a_handler_that_closes_and_then_fails(self):
         def leave(screen):
             screen.__dict__.clear()
             raise ValueError("too late")
         self.guard.guarded(types.MethodType(leave, self.screen))()
-        self.assertEqual(self.box.popups, ["leave failed: ValueError: too late"])
+        self.assertEqual(self.box.popups, ["That did not work."])
+        self.assertIn("leave failed:", self.console)
 
     def test_methods_stay_methods(self):
         self.assertIs(type(self.screen.up), type(self.screen.close))
@@ -76,7 +78,8 @@ class GuardTest(BoxTest):
                 raise RuntimeError("not even a text")
         self.break_action(Odd())
         self.press("ok")
-        self.assertIn("Odd", self.session.current_dialog.text)
+        self.assertEqual(self.session.current_dialog.text, "That did not work.")
+        self.assertIn("Odd", self.console)
 
     def test_the_timer(self):
         self.module.config.misc.epg_data_timer.value = "5"
@@ -88,7 +91,7 @@ class GuardTest(BoxTest):
         self.break_action()
         timer.fire()
         self.assertEqual(timer.started, [(300000, True)] * 2, "the cycle has stopped")
-        self.assertEqual(self.box.popups, ["Veltro.EPGTimer.do_epg_action failed: ValueError: no such luck"])
+        self.assertEqual(self.box.popups, ["The EPG data could not be saved or loaded in the background."])
         self.assertIs(self.session.current_dialog, self.screen, "nothing is put over what the user sees")
 
     def test_a_replaced_timer_is_dropped(self):
@@ -99,19 +102,19 @@ class GuardTest(BoxTest):
 
     def test_a_result(self):
         def failing():
-            raise IOError("worn out")
+            raise IOError(5, "worn out")
         self.config.misc.epgcache_filename.save = failing
         self.screen["config"].l.cursor = 16
         self.press("ok")
         self.session.popCurrent()
         self.session.callback("/x/epg.dat")
-        self.assertIn("Veltro.Veltro.gotEPGpath failed: ", self.session.current_dialog.text)
+        self.assertEqual(self.session.current_dialog.text, "The directory could not be set.\nworn out")
 
     def test_a_screen_that_can_not_be_built(self):
         self.module.FileList = None
         self.screen["config"].l.cursor = 16
         self.press("ok")
-        self.assertIn("Veltro.Veltro.keyOk failed: TypeError", self.session.current_dialog.text)
+        self.assertEqual(self.session.current_dialog.text, "The directories can't be shown.")
         self.assertEqual(len(self.session.dialog_stack), 2)
         self.session.popCurrent()
         self.assertIs(self.session.current_dialog, self.screen, "the one below runs again")
@@ -121,7 +124,7 @@ class GuardTest(BoxTest):
             raise ValueError("no row")
         self.module.getConfigListEntry = failing
         self.screen.on_change()
-        self.assertIn("Veltro.Veltro.changedEntry failed", self.session.current_dialog.text)
+        self.assertEqual(self.session.current_dialog.text, "The EPG settings can't be shown.")
 
     def test_a_screen_that_is_shown(self):
         self.screen["config"].l.cursor = 15
@@ -134,7 +137,7 @@ class GuardTest(BoxTest):
         editor.setTitle = failing
         for function in editor.onShown:
             function()
-        self.assertIn("setWindowTitle failed", self.session.current_dialog.text)
+        self.assertIn("setWindowTitle failed", self.console)
 
     def test_a_session_is_transparent(self):
         session = self.guard.session_of(self.session)
@@ -149,7 +152,7 @@ class OpeningTest(BoxTest):
         self.load()
         del self.config.usage.__dict__["multiepg_ask_bouquet"]
         self.plugin.main(session=self.box.session)
-        self.assertIn("Veltro.Veltro.__init__ failed: AttributeError", self.box.session.current_dialog.text)
+        self.assertEqual(self.box.session.current_dialog.text, "The EPG settings can't be shown.")
         self.box.session.popCurrent()
         self.assertEqual(self.box.session.current_dialog, "main menu")
         self.assertTrue(self.box.session.in_exec)

@@ -19,8 +19,7 @@ class KeysTest(BoxTest):
                 (view.usage.epg.eit, config.epg.eit), (view.usage.epg.mhw, config.epg.mhw),
                 (view.usage.epg.freesat, config.epg.freesat), (view.usage.epg.viasat, config.epg.viasat),
                 (view.usage.epg.netmed, config.epg.netmed), (view.usage.epg.virgin, config.epg.virgin),
-                (view.usage.multiepg_ask_bouquet, config.usage.multiepg_ask_bouquet),
-                (view.misc.epgcache_filename, config.misc.epgcache_filename)):
+                (view.usage.multiepg_ask_bouquet, config.usage.multiepg_ask_bouquet)):
             self.assertIs(element, host)
         self.assertFalse(hasattr(config.usage, "epg"), "the host's tree does not get them twice")
         self.assertFalse(hasattr(config.usage, "autolanguage"))

@@ -1,7 +1,7 @@
 """The channel picker on hosts whose channel list has its own idea of the colour keys."""
 
-from tests.entry.case import BoxTest, handlers
-from tests.entry.fake_screens import ActionMap, ChannelSelection, Reference, ServiceList
+from tests.entry.case import BoxTest, handlers, text_of
+from tests.entry.fake_screens import ActionMap, ChannelSelection, MessageBox, Reference, ServiceList
 
 FOLDER = 7
 
@@ -54,19 +54,28 @@ class PickerTest(BoxTest):
         self.press("ok")
         self.assertEqual(picker.calls, [("enterPath", bouquet, nothing)])
 
-    def test_nothing_selected_is_no_value_for_the_module(self):
+    def test_nothing_selected(self):
+        """Hosts have an invalid reference then, and some None."""
         picker = self.open()
-        self.press("showProviders")
+        for nothing in (Reference(), None):
+            picker.servicelist.selected = nothing
+            for key, text in (("ok", "Nothing is selected."), ("showProviders", "Select a bouquet first.")):
+                self.press(key)
+                notice = self.box.session.current_dialog
+                self.assertEqual((notice.text, notice.type, notice.timeout), (text, MessageBox.TYPE_INFO, 4))
+                self.box.session.popCurrent()
         self.assertEqual(self.box.session.closed, [])
-        self.press("ok")
-        self.assertIn("channelSelected failed: AttributeError", self.box.session.current_dialog.text)
-        self.assertIs(picker.getCurrentSelection(), picker.servicelist.selected, "and an invalid one for the host")
 
-    def test_no_value_stays_no_value(self):
+    def test_yellow_on_a_service(self):
         picker = self.open()
-        picker.servicelist.selected = None
+        picker.servicelist.selected = Reference("1:0:1")
         self.press("showProviders")
-        self.assertIsNone(picker.getCurrentSelection())
+        self.assertEqual(self.box.session.current_dialog.text, "Select a bouquet first.")
+
+    def test_a_title_of_a_bouquet_with_an_odd_name(self):
+        picker = self.open()
+        picker.setTitle(text_of(b"My \xff"))
+        self.assertEqual(picker.title, text_of(u"My \ufffd".encode("utf-8")))
 
     def test_yellow_adds_the_bouquet(self):
         picker = self.open()
@@ -97,8 +106,8 @@ class PickerTest(BoxTest):
         picker.setTvMode = failing
         for function in picker.onShown:
             function()
-        self.assertIn("setModeTv failed" if "setModeTv failed" in self.console else "__onExecCallback failed",
-                      self.box.session.current_dialog.text)
+        self.assertIn("__onExecCallback failed", self.console)
+        self.assertEqual(self.box.session.current_dialog.text, "That did not work.")
 
 
 class FactoryTest(BoxTest):

@@ -126,7 +126,8 @@ class ClosingTest(BoxTest):
 
     def test_a_full_disk_is_a_message(self):
         def full():
-            raise IOError("No space left on device")
+            raise IOError(28, "No space left on device")
         self.box.configfile.save = full
         self.close("green")
-        self.assertIn("closed failed: ", self.box.session.current_dialog.text)
+        self.assertEqual(self.box.session.current_dialog.text,
+                         "The settings could not be saved.\nNo space left on device")

@@ -9,12 +9,20 @@ from __future__ import absolute_import
 
 import sys
 
-from . import chooser, epg_cache, guard, keys, look, names, picker, settings_list, settings_screen
+from . import (
+    blacklist_editor, cache_file, chooser, epg_cache, guard, keys, look, names, picker, services, settings_list,
+    settings_screen)
 
 WHOLESALE = "Screens.ChannelSelection"
 
 # What images need on top of the module's own screens: {class of the module: mixin}, each of one concern.
-SCREENS = (settings_screen.SCREENS, look.SCREENS, chooser.SCREENS)
+SCREENS = (settings_screen.SCREENS, look.SCREENS, chooser.SCREENS, blacklist_editor.SCREENS)
+
+
+def start():
+    """When the GUI starts, before anybody needs the compiled module."""
+    cache_file.start()
+    epg_cache.recover()
 
 
 def changes():
@@ -23,8 +31,8 @@ def changes():
     _collect(found, names, epg_cache, keys, picker)
     if found:
         # The host was not made for the module, so it is a box like any other: an error that leaves a handler ends its
-        # GUI, and its settings lists show no help text.
-        _collect(found, guard, settings_list, chooser)
+        # GUI, its settings lists show no help text, and not every text may get to it.
+        _collect(found, guard, settings_list, services, chooser)
         found.setdefault(WHOLESALE, {}).update(_imported_by_the_channel_list(found))
     return found
 

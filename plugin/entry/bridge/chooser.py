@@ -1,5 +1,5 @@
-"""The directory chooser: its own layout, what GREEN would take from the first moment on, and the directory that one is in
-as a choice."""
+"""The directory chooser: its own layout, what GREEN would take from the first moment on, the directory that one is in as a
+choice, and nothing that is none."""
 
 from __future__ import absolute_import
 
@@ -10,15 +10,16 @@ from Components import FileList as host
 from .. import skin_screens
 from ..texts import translate as _
 from .look import name_screen
+from .readable import is_readable
 
 WIDGETS = ("filelist", "driverfile")
 
 
 def changes():
-    """A list of files whose first row is the directory that it shows."""
+    """A list of files whose first row is the directory that it shows, with those that can be chosen."""
     if not hasattr(host, "FileList"):
         return {}
-    return {"Components.FileList": {"FileList": type("FileList", (OwnRow, host.FileList), {})}}
+    return {"Components.FileList": {"FileList": type("FileList", (OwnRow, Usable, host.FileList), {})}}
 
 
 class Chooser(object):
@@ -41,12 +42,27 @@ class Chooser(object):
             print("[Veltro] nothing is selected:\n" + traceback.format_exc())
 
 
+class Usable(object):
+    """The host's list of files without those whose names it could neither paint nor store as a path."""
+
+    def changeDir(self, directory, select=None):
+        super(Usable, self).changeDir(directory, select)
+        rows = _rows(self)
+        usable = [row for row in rows if not isinstance(row[0][0], str) or is_readable(row[0][0])]
+        if len(usable) < len(rows):
+            rows[:] = usable
+            self.l.setList(rows)
+            places = [index for index, row in enumerate(rows) if select is not None and row[0][0] == select]
+            if places:
+                self.moveToIndex(places[0])
+
+
 class OwnRow(object):
     """The host's list of files with a row for the directory itself. Without it nothing inside an empty directory could be chosen but
     the one above."""
 
     def changeDir(self, directory, *arguments, **keywords):
-        host.FileList.changeDir(self, directory, *arguments, **keywords)
+        super(OwnRow, self).changeDir(directory, *arguments, **keywords)
         try:
             if directory:
                 self._put_in(directory)
@@ -54,7 +70,7 @@ class OwnRow(object):
             print("[Veltro] no row for %r:\n%s" % (directory, traceback.format_exc()))
 
     def _put_in(self, directory):
-        rows = [rows for rows in (getattr(self, name, None) for name in ("list", "fileList")) if rows][0]
+        rows = _rows(self)
         selected = self.getSelectionIndex() if getattr(self, "instance", None) else 0
         rows.insert(0, _row_for(directory, rows))
         self.l.setList(rows)
@@ -66,7 +82,12 @@ class OwnRow(object):
         selected = self.getSelection()
         if selected and selected[0] and selected[0] == self.getCurrentDirectory():
             return False
-        return host.FileList.canDescent(self)
+        return super(OwnRow, self).canDescent()
+
+
+def _rows(files):
+    """The rows of a list of files, under whichever name the host has them."""
+    return next((rows for rows in (getattr(files, name, None) for name in ("list", "fileList")) if rows), [])
 
 
 def _row_for(directory, rows):

@@ -1,7 +1,7 @@
 """Errors. On a box one that leaves a key handler or a timer callback ends the GUI; here it costs a message.
 
 What the host calls of the module goes through `guarded`: key handlers, timer and screen callbacks, results of closed
-screens. The trace goes to the log, the user reads which operation failed, and the GUI goes on.
+screens. The trace goes to the log, the user reads what could not be done, and the GUI goes on.
 """
 
 from __future__ import absolute_import, print_function
@@ -12,12 +12,16 @@ import traceback
 import enigma
 from Components import ActionMap as action_map
 from Screens import Screen as screen
-from Screens.MessageBox import MessageBox
-from Tools import Notifications
 
 from ..texts import translate as _
+from . import messages
+from .readable import readable
 
 on = False  # a host that was made for the module deals with errors itself
+
+
+class Refused(Exception):
+    """What the user asked for can't be done; the text says so in his words."""
 
 
 def changes():
@@ -40,7 +44,7 @@ def guarded(function, show=None):
         try:
             return function(*arguments)
         except Exception as error:
-            _report(error, function, show or show_in(getattr(getattr(function, "__self__", None), "session", None)))
+            _report(error, show or show_in(getattr(getattr(function, "__self__", None), "session", None)))
     return call
 
 
@@ -51,38 +55,46 @@ def watch(opened):
 
 
 def show_in(session):
-    """Shows a message on top of what the session shows."""
-    def show(text):
-        try:
-            session.open(MessageBox, text, MessageBox.TYPE_ERROR)
-        except (AttributeError, RuntimeError):  # no session, or the screen on top is just closing
-            show_later(text)
-    return show
+    """Shows an error on top of what the session shows."""
+    return lambda text: messages.error(session, text)
 
 
-def show_later(text):
-    """Shows a message as soon as the host finds it convenient: the user may be anywhere."""
-    Notifications.AddPopup(text, MessageBox.TYPE_ERROR, -1)
-
-
-def reason(error):
-    """The error in one line."""
-    return traceback.format_exception_only(type(error), error)[-1].strip()
-
-
-def _report(error, function, show):
+def _report(error, show):
     try:
-        operation = _operation(function)
-        print("[Veltro] %s failed:\n%s" % (operation, traceback.format_exc()))
-        show(_("%s failed: %s") % (operation, reason(error)))
+        names = [entry[2] for entry in traceback.extract_tb(sys.exc_info()[2])]
+        failed = next((name for name in names if name.startswith("Veltro.")), names[-1])
+        lines = ["[Veltro] %s failed:" % failed] + traceback.format_exc().split("\n")
+        print("\n".join(map(readable, lines)))
+        show(str(error) if isinstance(error, Refused) else _in_words(error, names))
     except Exception:  # the report must not do the harm that it reports
         print(traceback.format_exc())
 
 
-def _operation(function):
-    """What the host asked for: the first of the module's operations in the trace."""
-    names = [entry[2] for entry in traceback.extract_tb(sys.exc_info()[2]) if entry[2].startswith("Veltro.")]
-    return names[0] if names else function.__name__
+def _in_words(error, names):
+    """What could not be done: that of the innermost operation which has words. And why, if the system says it."""
+    words = _words()
+    what = next((words[name] for name in reversed(names) if name in words), _("That did not work."))
+    return "\n".join([what] + ([readable(error.strerror)] if getattr(error, "strerror", None) else []))
+
+
+def _words():
+    return {
+        "closed": _("The settings could not be saved."),
+        "opened": _("The EPG settings can't be shown."),
+        "Veltro.Veltro.__init__": _("The EPG settings can't be shown."),
+        "Veltro.Veltro.changedEntry": _("The EPG settings can't be shown."),
+        "Veltro.Veltro.createSetup": _("The EPG settings can't be shown."),
+        "Veltro.Veltro.keySave": _("The settings could not be saved."),
+        "Veltro.Veltro.gotEPGpath": _("The directory could not be set."),
+        "Veltro.doEPGAction": _("The EPG data could not be saved, loaded or cleared."),
+        "Veltro.EPGTimer.do_epg_action": _("The EPG data could not be saved or loaded in the background."),
+        "Veltro.DirChoose.__init__": _("The directories can't be shown."),
+        "Veltro.Edit_DVB_EPG_Blacklist.loadFile": _("The blacklist can't be read."),
+        "Veltro.Edit_DVB_EPG_Blacklist.saveFile": _("The blacklist could not be saved. The file is as it was."),
+        "Veltro.Edit_DVB_EPG_Blacklist.finishedChannelSelection": _("The services could not be added."),
+        "Veltro.DVB_EPG_blacklist_ChannelSelection.__init__": _("The channel list can't be shown."),
+        "Veltro.DVB_EPG_blacklist_ChannelSelection.doNothing": _("The bouquet can't be read."),
+    }
 
 
 class ActionMap(action_map.ActionMap):
@@ -121,7 +133,7 @@ class _TimerCallbacks(object):
         self._callbacks = callbacks
 
     def append(self, callback):
-        self._callbacks.append(guarded(callback, show_later))
+        self._callbacks.append(guarded(callback, messages.later))
 
 
 class Screen(screen.Screen):

@@ -11,7 +11,7 @@ from Components import config as host
 from enigma import eEPGCache
 
 from ..texts import translate as _
-from .cache_file import CacheFile, is_rebuilt
+from .cache_file import CacheFile
 
 
 def _on():
@@ -72,8 +72,9 @@ def changes():
             shown[path] = found if found is not None else _create(path, make())
     if "misc.epg_is_client_stb" in shown:
         _stop_saving_of_clients(shown["misc.epg_is_client_stb"])
-    if is_rebuilt(host.config.misc):
-        shown["misc.epgcache_filename"] = CacheFile(host.config.misc)
+    if shown:  # no host of that kind makes a new path count everywhere
+        client = shown.get("misc.epg_is_client_stb") or _find("misc.epg_is_client_stb")
+        shown["misc.epgcache_filename"] = CacheFile(lambda: bool(client.value))
     return {"Components.config": {"config": View(host.config, shown)}} if shown else {}
 
 

@@ -1,4 +1,4 @@
-"""The channel picker: its keys before the host's, and nothing selected is no value."""
+"""The channel picker: its keys before the host's, and words where the module would say nothing or fail."""
 
 from __future__ import absolute_import
 
@@ -7,7 +7,10 @@ from Components.ActionMap import ActionMap
 from Screens.ChannelSelection import SimpleChannelSelection
 
 from ..texts import translate as _
-from . import guard
+from . import guard, messages
+from .readable import readable
+
+DIRECTORY = 7  # a reference's flags with these bits are a bouquet's
 
 
 def changes():
@@ -21,7 +24,6 @@ class Picker(SimpleChannelSelection):
     """The host's channel list as the module knows it."""
 
     def __init__(self, session, title):
-        self._module_asks = False
         SimpleChannelSelection.__init__(self, session, _("Add Service"))  # the host adds where in its lists one is
         guard.watch(self)
         if not hasattr(self.servicelist, "setPythonConfig"):
@@ -39,24 +41,25 @@ class Picker(SimpleChannelSelection):
                          dict((name, guard.guarded(handler)) for name, handler in actions.items()), prio)
 
     def choose(self):
-        self._ask(self.channelSelected)
+        if self._is_anything_selected():
+            self.channelSelected()
+        else:
+            messages.notice(self.session, _("Nothing is selected."))
 
     def addBouquet(self):
-        self._ask(self.doNothing)
+        if self._is_anything_selected() and self.getCurrentSelection().flags & DIRECTORY == DIRECTORY:
+            self.doNothing()
+        else:
+            messages.notice(self.session, _("Select a bouquet first."))
 
-    def _ask(self, operation):
-        self._module_asks = True
-        try:
-            operation()
-        finally:
-            self._module_asks = False
+    def _is_anything_selected(self):
+        """Hosts have an invalid reference for no selection, which the module would take for a service."""
+        reference = self.getCurrentSelection()
+        return reference is not None and reference.valid()
 
-    def getCurrentSelection(self):
-        """The selected service. Hosts have an invalid reference for none, and their own code relies on that; None is
-        only for the operation's first question: the ones after it may come from the host code that it calls."""
-        reference = SimpleChannelSelection.getCurrentSelection(self)
-        asked, self._module_asks = self._module_asks, False
-        return reference if not asked or reference is None or reference.valid() else None
+    def setTitle(self, title, *arguments, **keywords):
+        # The host makes it of bouquets' names.
+        SimpleChannelSelection.setTitle(self, readable(title), *arguments, **keywords)
 
 
 def _nothing():

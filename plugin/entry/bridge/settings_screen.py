@@ -2,14 +2,29 @@
 
 from __future__ import absolute_import
 
+from . import cache_file, epg_cache
+
 
 class SettingsScreen(object):
-    """Shows a directory as soon as it is chosen; the module's own list is built anew only after the next change."""
+    """Shows a directory as soon as it is chosen, and what an action on the EPG cache has really done."""
 
     def gotEPGpath(self, res):
         super(SettingsScreen, self).gotEPGpath(res)
         if res:
-            self.createSetup()
+            self.createSetup()  # the module's own list is built anew only after the next change
+
+    def keyOk(self):
+        epg_cache.take_problem()  # one of the timer's is not this one's
+        super(SettingsScreen, self).keyOk()
+
+    def epgBackupfinished(self, statustext):
+        super(SettingsScreen, self).epgBackupfinished(self._truth(statustext) if statustext else statustext)
+
+    @staticmethod
+    def _truth(statustext):
+        """The host reports no failure, so the module says "finished" of everything, and it knows one name of the file."""
+        named = statustext.replace(cache_file.shown(), cache_file.path())
+        return epg_cache.take_problem() or named
 
 
 SCREENS = {"Veltro": SettingsScreen}
