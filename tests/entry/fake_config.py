@@ -7,7 +7,7 @@ PYTHON2 = sys.version_info[0] == 2
 
 class ConfigElement(object):
     def __init__(self, default=None):
-        self.default = self._value = default
+        self.default = self._value = self.last_value = default
         self.saved_value = None
         self._notifiers, self._final = [], []
 
@@ -24,12 +24,14 @@ class ConfigElement(object):
 
     def save(self):
         self.saved_value = None if self.value == self.default else str(self.value)
-        for notifier in self._final:
-            notifier(self)
+        if self.value != self.last_value or PYTHON2:
+            self.last_value = self.value
+            for notifier in self._final:
+                notifier(self)
 
     def load(self):
         if self.saved_value is not None:
-            self._value = type(self.default)(self.saved_value)
+            self._value = self.last_value = type(self.default)(self.saved_value)
 
     def cancel(self):
         self.value = self.default if self.saved_value is None else type(self.default)(self.saved_value)
@@ -72,7 +74,7 @@ class ConfigSelection(ConfigElement):
 
     def load(self):
         if self.saved_value in self.choices:
-            self._value = self.saved_value
+            self._value = self.last_value = self.saved_value
 
     def getIndex(self):
         return self.choices.index(self.value)

@@ -149,6 +149,13 @@ class BuiltPathTest(PathTest):
         self.restart()
         self.assertEqual(self.element().value, self.path("old", "epg.dat"))
 
+    def test_a_choice_in_the_hosts_menu_counts_at_once_after_a_restart_too(self):
+        self.choose(self.path("new", "epg.dat"))
+        self.restart()
+        self.misc.epgcachepath.value = self.path("old", "")
+        self.misc.epgcachepath.save()
+        self.assertEqual(self.misc.epgcache_filename.value, self.path("old", "epg.dat"))
+
     def test_the_host_makes_its_choices_anew(self):
         self.choose(self.path("new", "epg.dat"))
         self.restart()

@@ -66,6 +66,16 @@ class PickerTest(BoxTest):
                 self.box.session.popCurrent()
         self.assertEqual(self.box.session.closed, [])
 
+    def test_a_notice_leaves_the_user_where_he_was(self):
+        picker = self.open()
+        picker.servicelist.selected = Reference("1:0:1")
+        self.press("showProviders")
+        self.box.session.popCurrent()
+        for shown in ([], ["setTvMode", "showFavourites"]):
+            for function in picker.onShown:
+                function()
+            self.assertEqual(picker.calls, shown)
+
     def test_yellow_on_a_service(self):
         picker = self.open()
         picker.servicelist.selected = Reference("1:0:1")

@@ -16,7 +16,8 @@ from . import (
 WHOLESALE = "Screens.ChannelSelection"
 
 # What images need on top of the module's own screens: {class of the module: mixin}, each of one concern.
-SCREENS = (settings_screen.SCREENS, look.SCREENS, chooser.SCREENS, blacklist_editor.SCREENS)
+SCREENS = (settings_screen.SCREENS, look.SCREENS, chooser.SCREENS, blacklist_editor.SCREENS,
+           picker.SCREENS)
 
 
 def start():

@@ -83,10 +83,14 @@ def _is_built(misc):
 
 def _choose(directory):
     misc = host.config.misc
-    new = os.path.join(directory, os.path.basename(path()) or NAME)
     if _is_built(misc):
         misc.epgcachepath.value = _offer(os.path.join(directory, ""))
-    misc.epgcache_filename.value = new
+    _use(directory)
+
+
+def _use(directory):
+    new = os.path.join(directory, os.path.basename(path()) or NAME)
+    host.config.misc.epgcache_filename.value = new
     eEPGCache.getInstance().setCacheFile(new)  # not every host does that by itself
 
 
@@ -116,7 +120,11 @@ def _offer_stored(*element):
     key = host.config.misc.epgcachepath
     stored = key.saved_value
     if stored and stored not in list(key.choices):
-        _choose(stored)
+        if _offer(stored) == stored:
+            key.load()  # not by assignment: the host must know it as the last one that it has acted upon
+        else:
+            key.value = _offer(stored)
+        _use(stored)
         eEPGCache.getInstance().load()  # the host has read another file, or none
 
 

@@ -44,13 +44,17 @@ class Picker(SimpleChannelSelection):
         if self._is_anything_selected():
             self.channelSelected()
         else:
-            messages.notice(self.session, _("Nothing is selected."))
+            self._notice(_("Nothing is selected."))
 
     def addBouquet(self):
         if self._is_anything_selected() and self.getCurrentSelection().flags & DIRECTORY == DIRECTORY:
             self.doNothing()
         else:
-            messages.notice(self.session, _("Select a bouquet first."))
+            self._notice(_("Select a bouquet first."))
+
+    def _notice(self, text):
+        self.noticed = True
+        messages.notice(self.session, text)
 
     def _is_anything_selected(self):
         """Hosts have an invalid reference for no selection, which the module would take for a service."""
@@ -60,6 +64,21 @@ class Picker(SimpleChannelSelection):
     def setTitle(self, title, *arguments, **keywords):
         # The host makes it of bouquets' names.
         SimpleChannelSelection.setTitle(self, readable(title), *arguments, **keywords)
+
+
+class Place(object):
+    """Leaves the user where he was when a notice goes; the module returns to the favourites whenever it is shown."""
+
+    noticed = False
+
+    def setModeTv(self):
+        if self.noticed:
+            self.noticed = False
+        else:
+            super(Place, self).setModeTv()
+
+
+SCREENS = {"DVB_EPG_blacklist_ChannelSelection": Place}
 
 
 def _nothing():
