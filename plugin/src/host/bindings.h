@@ -13,7 +13,7 @@ enum Place : Py_ssize_t {
     kMethodType,
     kOperationType,
     kZero,
-    kFirstText, // the constant texts, by their slots
+    kFirstText, // the constant texts, by their indices
 };
 
 } // namespace veltro::host::binding

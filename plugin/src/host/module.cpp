@@ -4,6 +4,8 @@
 #include "host/generation.h"
 #include "host/require.h"
 
+#include <algorithm>
+#include <cstring>
 #include <string_view>
 
 namespace veltro::host {
@@ -21,8 +23,8 @@ Object borrowOrThrow(PyPointer borrowed)
 /// The tuple behind every Host of this load.
 Object makeBindings(PyPointer module)
 {
-    const TextSlot* const last = TextSlot::last();
-    const auto size = binding::kFirstText + static_cast<Py_ssize_t>(last->index) + 1;
+    const std::string_view texts = Text::all();
+    const auto size = binding::kFirstText + std::count(texts.begin(), texts.end(), '\0');
     Object bindings = Object::adopt(kNoHostYet, PyTuple_New(size));
     const auto bind = [&](Py_ssize_t place, Object value) {
         require(PyTuple_SetItem(bindings.get(), place, value.release()));
@@ -38,8 +40,9 @@ Object makeBindings(PyPointer module)
     bind(binding::kOperationType,
          own(generation::operationType(own(PyObject_GetAttrString(module, "__name__")).get())));
     bind(binding::kZero, own(generation::newInteger(0)));
-    for (const TextSlot* slot = last; slot != nullptr; slot = slot->next)
-        bind(binding::kFirstText + static_cast<Py_ssize_t>(slot->index), own(generation::internText(slot->chars)));
+    Py_ssize_t place = binding::kFirstText;
+    for (const char* text = texts.begin(); text != texts.end(); text += std::strlen(text) + 1)
+        bind(place++, own(generation::internText(text)));
     return bindings;
 }
 
@@ -146,8 +149,7 @@ void Module::importEverything(const char* name, At at) const
     const Object from = import(name, host().list("*"_t), at);
     const std::optional<Object> all = attributeIfAny(from, {"__all__"_t, at});
     // A copy: taking a name may run code of the host.
-    const Object names =
-        Object::adopt(host(), PySequence_List((all ? *all : from.attr({"__dict__"_t, at})).get()), at);
+    const Object names = Object::adopt(host(), PySequence_List((all ? *all : from.attr({"__dict__"_t, at})).get()), at);
     for (const Object& text : each(names, at))
         if (all || generation::Chars(text.get()).get()[0] != '_')
             take(from, text, at);

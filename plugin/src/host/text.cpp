@@ -1,21 +1,20 @@
 #include "host/text.h"
 
+#include <cstring>
+
 namespace veltro::host {
 
-namespace {
-// Constant-initialised, so that slots of every unit may register in any order.
-constinit const TextSlot* lastSlot = nullptr;
-} // namespace
-
-TextSlot::TextSlot(const char* literal) noexcept
-    : chars(literal), next(lastSlot), index(lastSlot == nullptr ? 0 : lastSlot->index + 1)
+std::string_view Text::all() noexcept
 {
-    lastSlot = this;
+    return detail::kAllTexts;
 }
 
-const TextSlot* TextSlot::last() noexcept
+const char* Text::chars() const noexcept
 {
-    return lastSlot;
+    const char* chars = detail::kTexts;
+    for (std::size_t index = 0; index < index_; ++index)
+        chars += std::strlen(chars) + 1;
+    return chars;
 }
 
 } // namespace veltro::host

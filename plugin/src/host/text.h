@@ -2,52 +2,57 @@
 // module, before the first host call; an operation only picks it up.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <string_view>
 
 namespace veltro::host {
 
-/// A string literal as a template argument.
-template <std::size_t N>
-struct Literal {
-    char chars[N]{};
+namespace detail {
 
-    consteval Literal(const char (&text)[N]) { std::copy_n(text, N, chars); }
-};
+// All of them, each with its end, in one piece: an array of pointers would have the loader visit every one. The build
+// collects them from the sources.
+inline constexpr char kTexts[] =
+#include "texts.inc"
+    ;
+inline constexpr std::string_view kAllTexts(kTexts, sizeof kTexts - 1);
 
-/// The place of one literal among the module's texts. Slots enter the chain when the binary is loaded; the Python
-/// strings themselves belong to a load (see `makeBindings` in module.cpp), so no Python object ever lives in a static.
-struct TextSlot {
-    explicit TextSlot(const char* literal) noexcept;
+/// The place of a text among all, known to the compiler: neither start-up code nor an address is needed for any of
+/// them.
+consteval std::uint16_t indexOf(std::string_view text)
+{
+    std::uint16_t index = 0;
+    for (std::size_t start = 0; start < kAllTexts.size(); ++index) {
+        const std::size_t end = kAllTexts.find('\0', start);
+        if (kAllTexts.substr(start, end - start) == text)
+            return index;
+        start = end + 1;
+    }
+    throw "the build has not found this text: it must stand on one line, with its _t";
+}
 
-    const char* chars;
-    const TextSlot* next;
-    std::size_t index;
-
-    static const TextSlot* last() noexcept;
-};
-
-template <Literal kLiteral>
-inline const TextSlot kTextSlot{kLiteral.chars};
+} // namespace detail
 
 /// A constant text, written "name"_t. Two equal literals are the same Text.
 class Text {
 public:
-    constexpr explicit Text(const TextSlot& slot) noexcept : slot_(&slot) {}
+    constexpr explicit Text(std::uint16_t index) noexcept : index_(index) {}
 
-    [[nodiscard]] std::size_t index() const noexcept { return slot_->index; }
-    [[nodiscard]] const char* chars() const noexcept { return slot_->chars; }
+    [[nodiscard]] constexpr std::size_t index() const noexcept { return index_; }
+    [[nodiscard]] const char* chars() const noexcept;
     friend constexpr bool operator==(Text, Text) = default;
 
+    /// The characters of all texts in the order of their indices, a zero after each.
+    static std::string_view all() noexcept;
+
 private:
-    const TextSlot* slot_;
+    std::uint16_t index_;
 };
 
 inline namespace literals {
-template <Literal kLiteral>
-[[nodiscard]] constexpr Text operator""_t() noexcept
+[[nodiscard]] consteval Text operator""_t(const char* chars, std::size_t size)
 {
-    return Text(kTextSlot<kLiteral>);
+    return Text(detail::indexOf({chars, size}));
 }
 } // namespace literals
 
