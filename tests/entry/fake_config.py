@@ -65,6 +65,15 @@ class ConfigSelection(ConfigElement):
         self.choices = [value for value, _ in pairs]
         self.description = dict(pairs)
 
+    @property
+    def value(self):
+        return self._value
+
+    @value.setter
+    def value(self, value):
+        """What is no choice becomes the default, without a word."""
+        ConfigElement.value.fset(self, value if value in self.choices else self.default)
+
     def setChoices(self, choices, default=None):
         """A value that is none of them gives way; what is stored stays."""
         self._describe(choices)

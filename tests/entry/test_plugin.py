@@ -76,7 +76,7 @@ class SessionStartTest(BoxTest):
 
     def test_errors_cost_a_log_line(self):
         self.load()
-        self.module.config.misc.epg_data_timer.value = "many"
+        self.module.config.misc.epg_data_timer._value = "many"
         self.plugin.session_start(reason=0, session=self.box.session)
         self.assertIn("[Veltro] the EPG timer was not started:", self.console)
         self.assertIn("ValueError", self.console)

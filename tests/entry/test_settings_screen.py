@@ -22,3 +22,14 @@ class SettingsScreenTest(BoxTest):
 
     def test_its_class_has_the_name_that_skins_know(self):
         self.assertEqual(type(self.screen).__name__, "Veltro")
+
+    def test_settings_that_exclude_each_other_go_back(self):
+        """Images take what one language has out of the other's choices."""
+        first, second = self.config.autolanguage.audio_epglanguage, self.config.autolanguage.audio_epglanguage_alternative
+
+        def exclude(element):
+            first.setChoices(["ara", "eng"] if second.value else ["", "ara", "eng"])
+        second.addNotifier(exclude)
+        first.value, second.value = "eng", "eng"
+        self.screen.keyClose()
+        self.assertEqual((first.value, second.value), ("", ""))

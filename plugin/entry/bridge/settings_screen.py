@@ -6,12 +6,20 @@ from . import cache_file, epg_cache
 
 
 class SettingsScreen(object):
-    """Shows a directory as soon as it is chosen, and what an action on the EPG cache has really done."""
+    """Shows a directory as soon as it is chosen and what an action on the EPG cache has really done, and takes back every
+    change."""
 
     def gotEPGpath(self, res):
         super(SettingsScreen, self).gotEPGpath(res)
         if res:
             self.createSetup()  # the module's own list is built anew only after the next change
+
+    def keyClose(self):
+        # A setting can't go back while another one has taken its old value: each is free again in one of both orders.
+        for row in reversed(self.list):
+            if row[3] == "to_save":
+                row[1].cancel()
+        super(SettingsScreen, self).keyClose()
 
     def keyOk(self):
         epg_cache.take_problem()  # one of the timer's is not this one's
