@@ -169,7 +169,7 @@ class OutcomeTest(BoxTest):
 
     def test_too_little_to_be_saved(self):
         self.host(save=lambda cache: None)
-        self.assertEqual(self.save(), "Nothing was saved: there is too little EPG data.")
+        self.assertEqual(self.save(), "Nothing was saved: there is too little EPG data, or the image does not save any.")
         self.assert_old_file()
 
     def test_a_full_disk(self):
@@ -201,7 +201,7 @@ class OutcomeTest(BoxTest):
         self.addCleanup(setattr, os, "rename", real)
         self.host(save=lambda cache: None)
         self.assertIn(self.save(), ("%s can't be written." % self.file,
-                                    "Nothing was saved: there is too little EPG data."))
+                                    "Nothing was saved: there is too little EPG data, or the image does not save any."))
         self.assert_old_file()
 
     def test_loaded(self):

@@ -132,7 +132,7 @@ def _why_not_saved(path, opened, in_flash):
         return _("%s can't be written.") % readable(path)
     if opened:
         return _("There is not enough room for %s.") % readable(path)
-    return _("Nothing was saved: there is too little EPG data.")
+    return _("Nothing was saved: there is too little EPG data, or the image does not save any.")
 
 
 def _files():
