@@ -231,3 +231,26 @@ class AnotherSkinTest(Looks):
         theirs, after = self.places(self.open_image_setup), self.places(self.open_settings)
         self.assertNotEqual(after["config"], before["config"])
         self.assertEqual(after["config"][:3], theirs["config"][:3])
+
+
+class EventTest(Looks):
+    resolution = "fhd"
+
+    def test_the_picker_shows_the_event_of_the_selected_service(self):
+        """A skin's channel list has room for it, and so has ours."""
+        self.python(case.epg())
+        self.open_picker()
+        self.select_service(205)
+        self.host.wait("session.current_dialog['ServiceEvent'].event is not None")
+        self.assertTrue(self.python("session.current_dialog['ServiceEvent'].event.getEventName()").startswith("Event "))
+        self.press("exit")
+
+    def select_service(self, index):
+        """By the list of all services, which every host's GREEN shows."""
+        reference = case.channels.reference(case.channels.services()[index])
+        self.press("green")
+        self.python("from enigma import eServiceReference\nsession.current_dialog.setCurrentSelection(eServiceReference(%r))"
+                    % reference)
+        self.host.settle()
+        self.assertEqual(self.python("session.current_dialog.getCurrentSelection().toString().split('::')[0]"),
+                         reference.split("::")[0])

@@ -3,6 +3,8 @@ selected row on the front display."""
 
 from __future__ import absolute_import
 
+import traceback
+
 from ..texts import translate as _
 
 
@@ -42,11 +44,32 @@ class EditorLook(object):
 
 
 class PickerLook(object):
-    """The yellow key in as many words as the image's channel list has room for."""
+    """The event of the selected service, as in the image's channel list, and the yellow key in as many words as that has
+    room for."""
 
     def __init__(self, *arguments, **keywords):
         super(PickerLook, self).__init__(*arguments, **keywords)
         self["key_yellow"].text = _("Add bouquet")
+        if "ServiceEvent" not in self and hasattr(self.servicelist, "connectSelChanged"):
+            self._put_in_event()
+
+    def _put_in_event(self):
+        try:
+            from Components.Sources.Event import Event
+            from Components.Sources.ServiceEvent import ServiceEvent
+        except ImportError:
+            return
+        self["Service"] = self["ServiceEvent"] = ServiceEvent()
+        self["Event"] = Event()
+        self.servicelist.connectSelChanged(self.showEvent)
+        self.onShown.append(self.showEvent)
+
+    def showEvent(self):
+        try:
+            self["ServiceEvent"].newService(self.getCurrentSelection())
+            self["Event"].newEvent(self["ServiceEvent"].event)
+        except Exception:  # nothing selected, or nothing left of the screen
+            print("[Veltro] no event is shown:\n" + traceback.format_exc())
 
 
 def name_screen(screen, title):
