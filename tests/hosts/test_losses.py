@@ -136,6 +136,17 @@ class EpgFile(LossesCase):
         self.restart()
         self.assertEqual(self.python(case.epg_count()), 0)
 
+    def test_6_a_power_failure_while_the_file_is_written(self):
+        path = self.python(FILE)
+        self.ok("Save EPG cache")
+        whole = self.read(path)
+        self.host.kill()
+        self.write(path + ".veltro-aside", whole)
+        self.write(path, whole.replace(b"ENIGMA_EPG", b"UNFINISHED")[:100])
+        self.host.start()
+        self.host.wait(case.epg_count() + " == 1200")
+        self.assertEqual([name for name in os.listdir(os.path.dirname(self.path(path))) if "aside" in name], [])
+
     def test_7_names_of_directories(self):
         odd = [b"with space", b"100% %s", b"it's \"quoted\"", u"M\u00fcnchen".encode("utf-8"), b"a=b", b"x" * 200]
         bad = [b"caf\xe9", b"line\nfeed"]

@@ -42,7 +42,10 @@ def take_problem():
 def recover():
     """When the GUI starts: a power failure while the cache was written has left the old file aside."""
     try:
-        safe_files.come_back(cache_file.path(), is_whole)
+        if safe_files.come_back(cache_file.path(), is_whole):
+            cache = eEPGCache.getInstance()
+            cache.setCacheFile(cache_file.path())
+            cache.load()  # some hosts have read the unfinished one by now
     except OSError as error:
         print("[Veltro] the old EPG file stays aside: %s" % error)
 

@@ -48,14 +48,15 @@ def aside(path, is_whole):
 
 
 def come_back(path, is_whole):
-    """End what `aside` has begun; also after a power failure in between."""
+    """End what `aside` has begun; also after a power failure in between. Whether the old file is back."""
     path = os.path.realpath(path)
     if not os.path.exists(path + ASIDE):
-        return
+        return False
     if is_whole(path):
         remove(path + ASIDE)
-    else:
-        os.rename(path + ASIDE, path)
+        return False
+    os.rename(path + ASIDE, path)
+    return True
 
 
 def remove(path):
