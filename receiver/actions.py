@@ -9,7 +9,7 @@ KEYS = ("up", "down", "left", "right", "ok", "exit", "red", "green", "yellow", "
         "tv", "radio", "channelup", "channeldown", "previous", "next", "text",
         "0", "1", "2", "3", "4", "5", "6", "7", "8", "9")
 
-# The keys that letters of a keyboard stand for where no list searches for what is typed.
+# The keys that letters of a keyboard stand for: with Shift, and where no list searches for what is typed.
 LETTERS = {"t": "tv", "r": "radio", "m": "menu", "i": "info", "e": "epg"}
 
 

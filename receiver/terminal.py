@@ -12,12 +12,13 @@ from prompt_toolkit.output.vt100 import Vt100_Output
 from prompt_toolkit.styles import DEFAULT_ATTRS
 
 from receiver import text_tv
+from receiver.actions import LETTERS
 
 KEYS = {
     Keys.Up: "up", Keys.Down: "down", Keys.Left: "left", Keys.Right: "right", Keys.Enter: "ok", Keys.ControlJ: "ok",
     Keys.Escape: "exit", Keys.Backspace: "exit", Keys.F1: "red", Keys.F2: "green", Keys.F3: "yellow", Keys.F4: "blue",
     Keys.PageUp: "channelup", Keys.PageDown: "channeldown", Keys.Home: "previous", Keys.End: "next",
-    "t": "tv", "r": "radio", "m": "menu", "i": "info", "e": "epg", **{digit: digit for digit in "0123456789"},
+    **LETTERS, **{letter.upper(): key for letter, key in LETTERS.items()}, **{digit: digit for digit in "0123456789"},
 }
 QUIT = ("q", Keys.ControlC)
 ESCAPE_SECONDS = 0.05  # a lone Esc may be the beginning of another key's code
@@ -81,7 +82,9 @@ class Terminal:
         for press in presses:
             if press.key in QUIT:
                 self.receiver.switch_off()
-            elif press.key in KEYS:
+                return
+            is_text = len(press.key) == 1 and press.key not in KEYS or press.key in LETTERS
+            if not (is_text and self.receiver.type(press.key)) and press.key in KEYS:
                 self.receiver.press(KEYS[press.key])
 
     def _changed(self):

@@ -8,6 +8,7 @@ import html
 import re
 from pathlib import Path
 
+from receiver.actions import KEYS
 from receiver.picture import ListBox
 
 PAGE = Path(__file__).resolve().parent / "page"
@@ -42,30 +43,24 @@ def document(fragment, base="", kind="page"):
 
 def fragment(picture, console=()):
     """The picture, and below it what the receiver tells about itself: the EPG cache's state and the console."""
-    return "".join([_tv(picture), _info(picture.info), _console(console)])
+    return '%s<footer class="below">%s%s</footer>' % (_tv(picture), _info(picture.info), _console(list(console)))
 
 
 def _tv(picture):
     draw = _Drawer(picture)
     screens = [draw.screen(screen, screen is picture.screens[-1]) for screen in picture.screens]
     if not screens:
-        screens = ['<p class="off" role="status">The receiver is switched off</p>']
-    return ('<div class="tv" style="aspect-ratio:%d/%d"><div class="scene">%s</div></div>%s'
-            % (picture.width, picture.height, "".join(screens), _caption(picture)))
+        screens = ['<div class="off"><p role="status">The receiver is switched off.</p>'
+                   '<button type="button" value="on">Switch it on</button></div>']
+    return ('<div class="area"><div class="tv" style="aspect-ratio:%d/%d"><div class="scene">%s</div></div></div>'
+            '<p class="spoken" role="status">%s</p>'
+            % (picture.width, picture.height, "".join(screens), escape(_selected_value(picture))))
 
 
-def _caption(picture):
-    """The selected row once more: to be read where the picture is small, and spoken when its value changes."""
-    row = _selected(picture)
-    label, value = (row.label, row.value) if row else ("", "")
-    title = picture.screens[-1].title if picture.screens else ""
-    return ('<div class="caption" aria-hidden="true"><b>%s</b><span>%s</span><i>%s</i></div>'
-            '<p class="spoken" role="status">%s</p>' % (escape(title), escape(label), escape(value), escape(value)))
-
-
-def _selected(picture):
+def _selected_value(picture):
+    """The value of the selected row, which is spoken when it changes."""
     boxes = picture.screens[-1].boxes if picture.screens else ()
-    return next((row for box in boxes if isinstance(box, ListBox) for row in box.rows if row.selected), None)
+    return next((row.value for box in boxes if isinstance(box, ListBox) for row in box.rows if row.selected), "")
 
 
 def _info(pairs):
@@ -74,9 +69,9 @@ def _info(pairs):
 
 
 def _console(lines):
-    text = "\n".join(list(lines)[-CONSOLE_LINES:])
-    return ('<section class="console" aria-label="Console"><h2>Console</h2>'
-            '<div class="lines" role="log" tabindex="0"><pre>%s</pre></div></section>' % escape(text))
+    return ('<details class="console"><summary><b>Console</b><span>%s</span></summary>'
+            '<div class="lines" role="log" aria-label="Console" tabindex="0"><pre>%s</pre></div></details>'
+            % (escape(lines[-1] if lines else ""), escape("\n".join(lines[-CONSOLE_LINES:]))))
 
 
 class _Drawer:
@@ -122,6 +117,8 @@ class _Drawer:
         role = {"status": ' role="status"'}.get(box.role, "")
         if box.role in HEADINGS:
             role = ' role="heading" aria-level="1"'
+        elif box.text and box.role.startswith("key_") and box.role[4:] in KEYS:
+            role = ' data-key="%s"' % box.role[4:]
         return '<div class="%s" data-role="%s"%s style="%s"><span>%s</span></div>' % (
             " ".join(kinds), escape(box.role), role, style, escape(box.text))
 
@@ -134,8 +131,9 @@ class _Drawer:
             escape(box.selected_foreground))
         if box.background:
             colors += ";background-color:" + escape(box.background)
-        rows = "".join(self.row(row, box.first + place, box.total) for place, row in enumerate(box.rows))
-        active = "row-%d" % box.selected if box.total else ""
+        top = screen is self.picture.top  # the numbers of rows stand for them in one list only
+        rows = "".join(self.row(row, box.first + place, box.total, top) for place, row in enumerate(box.rows))
+        active = "row-%d" % box.selected if box.total and top else ""
         return ('<div class="list %s" role="listbox" tabindex="0" aria-label="%s" aria-activedescendant="%s" style="%s;%s;%s">'
                 '%s</div>%s' % ("scrolling" if self.scrolls(box) else "", escape(screen.title), active, self.place(box, screen),
                                 self.font(box), colors, rows, self.scrollbar(box, screen)))
@@ -152,15 +150,15 @@ class _Drawer:
         return ('<div class="scrollbar" style="%s"><div style="top:%.3f%%;height:%.3f%%"></div></div>'
                 % (self.place(box, screen), top, shown))
 
-    def row(self, row, index, total):
+    def row(self, row, index, total, top):
         kinds = ["row", row.kind or "plain"] + ["selected"] * row.selected
         label = '<span class="text">%s</span>' % escape(row.label)
         if row.kind == "choice":
             label = _keycap(row.shortcut) + label
         elif row.kind in ("folder", "parent", "file", "bouquet", "service"):
             label = '<svg class="icon" aria-hidden="true"><use href="#icon-%s"/></svg>%s' % (row.kind, label)
-        return ('<div id="row-%d" class="%s" role="option" aria-selected="%s" aria-posinset="%d" aria-setsize="%d">%s%s</div>'
-                % (index, " ".join(kinds), str(row.selected).lower(), index + 1, total, label, _value(row)))
+        return ('<div%s class="%s" role="option" aria-selected="%s" aria-posinset="%d" aria-setsize="%d">%s%s</div>'
+                % (' id="row-%d"' % index if top else "", " ".join(kinds), str(row.selected).lower(), index + 1, total, label, _value(row)))
 
 
 def _keycap(key):
@@ -173,5 +171,6 @@ def _value(row):
         return ""
     text = "".join("<mark>%s</mark>" % escape(char) if place in row.marked else escape(char)
                    for place, char in enumerate(row.value))
-    switch = "" if row.switch is None else '<span class="switch %s"></span>' % ("on" if row.switch else "")
-    return '<span class="value"><span>%s</span>%s</span>' % (text, switch)
+    switch = "" if row.switch is None else '<span class="switch %s" data-key="right"></span>' % ("on" if row.switch else "")
+    return ('<span class="value"><i data-key="left" aria-hidden="true">‹</i><span>%s</span>%s'
+            '<i data-key="right" aria-hidden="true">›</i></span>' % (text, switch))

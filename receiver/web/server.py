@@ -1,19 +1,24 @@
 """Serves a receiver to pages in a browser, on the receiver's own loop: keys come in, frames go out.
 
-A page sends "m KEY", "r KEY" or "b KEY" when a key is pressed, repeats or is released, and "shown" when it shows the
-frame it got last. A frame is the whole fragment of receiver.web.html. A page is sent nothing while it has one that it
-does not show yet: a slow page gets fewer frames, always the newest, and keeps nobody waiting.
+A page sends "m KEY", "r KEY" or "b KEY" when a key is pressed, repeats or is released, "c X" when a character is typed,
+"g ROW" to move the cursor to a row, "s ROWS" to scroll by so many, "on" to switch the receiver on, and "shown" when it
+shows the frame it got last. "ping" is answered by an empty message, so that a page notices when nobody is there.
+
+A frame is the whole fragment of receiver.web.html. A page is sent nothing while it has one that it does not show yet: a
+slow page gets fewer frames, always the newest, and keeps nobody waiting.
 """
 
 import asyncio
 import contextlib
 import errno
+import functools
+import re
 import signal
 import socket
 
 from aiohttp import WSMsgType, web
 
-from receiver.actions import BREAK, KEYS, MAKE, REPEAT
+from receiver.actions import BREAK, KEYS, LETTERS, MAKE, REPEAT
 from receiver.web import html
 
 HOST = "127.0.0.1"
@@ -39,7 +44,7 @@ class PortTaken(Exception):
 
 
 class Server:
-    """Shows one receiver to any number of pages, until it is switched off.
+    """Shows one receiver to any number of pages, switched on or off, until a signal ends it.
 
     receiver -- its `on_change` is taken over
     """
@@ -50,14 +55,14 @@ class Server:
         self._pages = set()
         self._keys = asyncio.Queue()
         self._frame = None
-        self._off = asyncio.Event()
+        self._end = asyncio.Event()
 
     @property
     def address(self):
         return "http://%s:%d" % (HOST, self.port)
 
     async def run(self, port, ready):
-        """Serve until the receiver is switched off, by its menu or by a signal.
+        """Serve until a signal comes: it switches the receiver off in good order.
 
         port -- the port to listen on; None for the usual one, or a free one if that is taken
         ready -- called when pages can be opened
@@ -73,8 +78,8 @@ class Server:
             self.receiver.switch_on()
             try:
                 ready()
-                off = asyncio.ensure_future(self._off.wait())
-                await asyncio.wait({off, keys}, return_when=asyncio.FIRST_COMPLETED)
+                end = asyncio.ensure_future(self._end.wait())
+                await asyncio.wait({end, keys}, return_when=asyncio.FIRST_COMPLETED)
                 if keys.done():
                     keys.result()  # keys are pressed for ever: it raises what ended that
                 await self._goodbye()
@@ -92,6 +97,7 @@ class Server:
         def switch_off(number):
             loop.remove_signal_handler(number)
             self.receiver.switch_off()
+            self._end.set()
 
         numbers = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
         for number in numbers:
@@ -109,8 +115,6 @@ class Server:
         self._frame = None
         for page in self._pages:
             page.change()
-        if not self.receiver.is_on:
-            self._off.set()
 
     def frame(self):
         """The newest frame."""
@@ -130,26 +134,47 @@ class Server:
     # --- Keys
 
     async def _press_keys(self):
-        """Press what the pages send, one key after the other. A key waits until a screen is there to get it."""
+        """Do what the pages ask for, one thing after the other. A key waits until a screen is there to get it."""
         while True:
-            key, flag = await self._keys.get()
+            act = await self._keys.get()
             for _ in range(CLOSING_TURNS):
                 if not self.receiver.is_closing:
                     break
                 await asyncio.sleep(0)
-            self.receiver.key(key, flag)
+            act()
             await asyncio.sleep(0)
 
-    def _take(self, page, text):
-        """A message of a page; what no page of ours sends ends the connection."""
+    async def _take(self, page, text):
+        """A message of a page. False for what no page of ours sends, which ends the connection."""
         if text == "shown":
             page.shown.set()
-            return True
-        flag, _, key = text.partition(" ")
-        if flag not in (MAKE, REPEAT, BREAK) or key not in KEYS:
-            return False
-        self._keys.put_nowait((key, flag))
+        elif text == "ping":
+            with contextlib.suppress(ConnectionError):
+                await page.socket.send_str("")
+        else:
+            act = self._act(*text.partition(" ")[::2])
+            if act is None:
+                return False
+            self._keys.put_nowait(act)
         return True
+
+    def _act(self, what, value):
+        """What a message asks for, to be called; None if it makes no sense."""
+        if what in (MAKE, REPEAT, BREAK) and value in KEYS:
+            return functools.partial(self.receiver.key, value, what)
+        if what in ("g", "s") and re.fullmatch("-?[0-9]{1,6}", value):
+            return functools.partial(self.receiver.go_to if what == "g" else self.receiver.scroll, int(value))
+        if what == "c" and len(value) == 1:
+            return functools.partial(self._type, value)
+        return self._switch_on if (what, value) == ("on", "") else None
+
+    def _type(self, char):
+        if not self.receiver.type(char) and char.lower() in LETTERS:
+            self.receiver.press(LETTERS[char.lower()])
+
+    def _switch_on(self):
+        if not self.receiver.is_on:
+            self.receiver.switch_on()
 
     # --- HTTP
 
@@ -181,7 +206,7 @@ class Server:
         sender = asyncio.ensure_future(page.send(self.frame))
         try:
             async for message in socket:
-                if message.type != WSMsgType.TEXT or not self._take(page, message.data):
+                if message.type != WSMsgType.TEXT or not await self._take(page, message.data):
                     await socket.close(code=1008, message=b"not a key")
         finally:
             self._pages.discard(page)

@@ -27,7 +27,7 @@ SECONDS = 10
 
 KEYBOARD = {
     "up": Keys.ARROW_UP, "down": Keys.ARROW_DOWN, "left": Keys.ARROW_LEFT, "right": Keys.ARROW_RIGHT, "ok": Keys.ENTER,
-    "exit": Keys.ESCAPE, "red": Keys.F1, "green": Keys.F2, "yellow": Keys.F3, "blue": Keys.F4, "tv": "t", "radio": "r",
+    "exit": Keys.ESCAPE, "red": Keys.F1, "green": Keys.F2, "yellow": Keys.F3, "blue": Keys.F4, "tv": "T", "radio": "R",
     "menu": "m", "info": "i", "epg": "e", "channelup": Keys.PAGE_UP, "channeldown": Keys.PAGE_DOWN,
     "previous": Keys.HOME, "next": Keys.END, **{digit: digit for digit in "0123456789"},
 }
@@ -64,14 +64,26 @@ def chromium():
     return chromium.driver
 
 
+def new_box(folder):
+    """Make the box of a receiver started with `environment(etc)`; its `etc`, a copy of the sample."""
+    etc = Path(folder) / "sample" / "etc" / "enigma2"
+    shutil.copytree(SAMPLE, etc)
+    return etc
+
+
+def environment(etc):
+    """The environment of a receiver without a desktop, whose box is the one with this etc folder."""
+    return {**{name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")},
+            "VELTRO_BOXES": str(etc.parents[2])}
+
+
 class Process:
     """A receiver as a user starts it, with the TV in a browser."""
 
-    def __init__(self, etc, *options, port=0, environment={}):
-        no_desktop = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
+    def __init__(self, etc, *options, port=0, **variables):
         port = [] if port is None else ["--port", str(port)]
-        self.process = subprocess.Popen([sys.executable, "-m", "receiver", "--etc", str(etc), *port, *options], cwd=ROOT,
-                                        env={**no_desktop, **environment}, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        self.process = subprocess.Popen([sys.executable, "-m", "receiver", *port, *options], cwd=ROOT,
+                                        env={**environment(etc), **variables}, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
         self.address = None
         match = re.search(r"http://127\.0\.0\.1:(\d+)", self.process.stdout.readline())
         if match:
@@ -94,15 +106,15 @@ class Process:
 
 
 class PageTest(unittest.TestCase):
-    """A test with a running receiver, whose etc folder is a copy of the sample, and an open page."""
+    """A test with a running receiver, whose etc folder is a copy of the sample, and an open page. `hdd`: its /media/hdd."""
 
     options = ()
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
-        self.etc = Path(folder.name) / "enigma2"
-        shutil.copytree(SAMPLE, self.etc)
+        self.etc = new_box(folder.name)
+        self.hdd = self.etc.parents[1] / "media" / "hdd"
         self.prepare()
         self.driver = chromium()
         camera.resize(self.driver, 1280, 800)
@@ -151,7 +163,40 @@ class PageTest(unittest.TestCase):
             keys += [key] * int(times or 1)
         self.press_keys(keys)
 
+    # --- Fingers
+
+    def use_fingers(self, width, height):
+        """Make the browser a phone's, with a screen of that size."""
+        camera.resize(self.driver, width, height, 2, touch=True)
+        self.driver.execute_cdp_cmd("Emulation.setTouchEmulationEnabled", {"enabled": True})
+        self.addCleanup(self.driver.execute_cdp_cmd, "Emulation.setTouchEmulationEnabled", {"enabled": False})
+        self.driver.refresh()
+        self.wait_for(self.is_connected)
+
+    def touch(self, element, *way, seconds=0):
+        """Put a finger on an element, hold it still, move it by each (x, y) of the way, and lift it."""
+        box = self.js("return arguments[0].getBoundingClientRect().toJSON()", element)
+        x, y = box["x"] + box["width"] / 2, box["y"] + box["height"] / 2
+        self._finger("touchStart", {"x": x, "y": y})
+        time.sleep(seconds)
+        for right, down in way:
+            x, y = x + right, y + down
+            self._finger("touchMove", {"x": x, "y": y})
+        self._finger("touchEnd")
+
+    def _finger(self, kind, *points):
+        self.driver.execute_cdp_cmd("Input.dispatchTouchEvent", {"type": kind, "touchPoints": points})
+
     # --- The picture
+
+    def find(self, selector):
+        """The first element of the screen on top that a CSS selector finds."""
+        return self.driver.find_element(By.CSS_SELECTOR, ".screen:not([aria-hidden]) " + selector)
+
+    def row(self, label):
+        """The row that begins with `label`."""
+        rows = self.driver.find_elements(By.CSS_SELECTOR, ".screen:not([aria-hidden]) .row")
+        return next(row for row in rows if row.text.startswith(label))
 
     def read(self):
         return self.js(READ)

@@ -74,10 +74,10 @@ class Flows:
         self.shows(title=TITLE, value="15 minutes")
 
     def test_save_load_and_clear_the_cache(self):
-        epg = self.etc / "epg.dat"
+        epg = self.hdd / "epg.dat"
         self.go_to("Save EPG cache")
         self.press("ok")
-        self.shows(status="Saving of EPG cache to %s finished" % epg)
+        self.shows(status="Saving of EPG cache to /media/hdd/epg.dat finished")
         self.assertTrue(epg.exists())
         self.wait_for(lambda: re.search(r"EPG file\s*[1-9]", self.js("return document.querySelector('.info').textContent")))
         self.press("down ok")
@@ -86,7 +86,7 @@ class Flows:
         self.wait_for(lambda: re.search(r"EPG cache\s*0 events", self.js("return document.querySelector('.info').textContent")))
 
     def test_choose_a_directory(self):
-        (self.etc / "films & series").mkdir()
+        (self.hdd / "films & series").mkdir()
         self.go_to("EPG Path")
         self.press("ok")
         self.wait_for(lambda: "films & series" in self.read()["rows"])
@@ -99,7 +99,7 @@ class Flows:
         self.shows(title=TITLE)
         self.go_to("Enable MHW EPG")
         self.press("right")  # the row shows the new path when a change has the list made anew
-        self.wait_for(lambda: "EPG Path : %s/films & series" % self.etc in self.read()["rows"])
+        self.wait_for(lambda: "EPG Path : /media/hdd/films & series" in self.read()["rows"])
 
     def test_edit_the_blacklist(self):
         self.go_to("Edit blacklist")
@@ -137,11 +137,12 @@ class Flows:
         self.shows(title="Main menu")
         self.press("down ok")
         self.wait_for(lambda: self.read()["off"])
-        code, errors = self.receiver.finish()
+        self.driver.find_element("css selector", ".off button").click()
+        self.shows(title=TITLE)
+        code, errors = self.receiver.interrupt()
         self.assertEqual(code, 0)
         self.assertNotIn("Traceback", errors)
-        self.wait_for(lambda: not self.is_connected())
-        self.assertTrue(self.read()["off"])
+        self.wait_for(lambda: not self.is_connected() and self.read()["off"])
 
 
 class KeyboardTest(Flows, PageTest):

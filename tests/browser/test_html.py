@@ -45,7 +45,7 @@ class EscapeTest(unittest.TestCase):
         fragment = tv.fragment(picture.Picture([screen(label, listbox, name=NASTY, title=NASTY)], [(NASTY, NASTY)]), [NASTY])
         outline = Outline(fragment)
         self.assertNotIn("script", [tag for tag, _ in outline.tags])
-        known = {"class", "style", "id", "role", "href", "tabindex", "data-name", "data-role"}
+        known = {"class", "style", "id", "role", "href", "tabindex", "data-name", "data-role", "data-key"}
         for tag, attributes in outline.tags:
             self.assertFalse([name for name in attributes if name not in known and not name.startswith("aria-")], (tag, attributes))
         for char in "\x00\x1b\ud800":
@@ -123,7 +123,8 @@ class ScreensTest(TvTest):
         self.switch_on()
         self.receiver.guard(lambda: 1 / 0)
         outline = self.outline()
-        self.assertEqual(outline.text.count("ZeroDivisionError"), 2)  # on the picture and on the console
+        # On the picture, on the console, and beside the console's name, where its last line is.
+        self.assertEqual(outline.text.count("ZeroDivisionError"), 3)
         self.assertIn("mono", next(attributes["class"] for _, attributes in outline.tags if attributes.get("data-role") == "trace"))
 
     def test_a_question_over_another_screen(self):

@@ -150,8 +150,8 @@ MARKUP = ["<img src=x onerror='window.hacked=1'>", "\"><script>window.hacked=2</
 class MarkupTest(PageTest):
     def prepare(self):
         write_services(self.etc, MARKUP)
-        (self.etc / "<b>bold<b> & <script>").mkdir()
-        (self.etc / "not \udcff text").mkdir()
+        (self.hdd / "<b>bold<b> & <script>").mkdir(parents=True)
+        (self.hdd / "not \udcff text").mkdir()
 
     def test_names_of_services(self):
         self.go_to("Edit blacklist")
@@ -212,11 +212,7 @@ class RemoteTest(PageTest):
         self.shows(position=2)
 
     def test_on_a_phone_held_upright(self):
-        camera.resize(self.driver, 390, 844, 2, touch=True)
-        self.driver.execute_cdp_cmd("Emulation.setTouchEmulationEnabled", {"enabled": True})
-        self.addCleanup(self.driver.execute_cdp_cmd, "Emulation.setTouchEmulationEnabled", {"enabled": False})
-        self.driver.refresh()
-        self.wait_for(self.is_connected)
+        self.use_fingers(390, 844)
         self.assertLessEqual(self.js("return document.documentElement.scrollWidth"), 390)
         for key in ("up", "down", "left", "right", "ok", "exit", "menu", "red", "green", "yellow", "blue", "0", "9"):
             box = self.js("return arguments[0].getBoundingClientRect().toJSON()", self.button(key))
@@ -224,15 +220,8 @@ class RemoteTest(PageTest):
             self.assertLessEqual(box["right"], 390, key)
             self.assertLessEqual(box["bottom"], 844, key)
             self.assertGreaterEqual(min(box["width"], box["height"]), 28, key)
-        self.tap("down")
+        self.touch(self.button("down"))
         self.shows(position=2)
-        self.wait_for(lambda: self.js("return document.querySelector('.caption span').innerText") == self.read()["selected"])
-
-    def tap(self, key):
-        box = self.js("return arguments[0].getBoundingClientRect().toJSON()", self.button(key))
-        point = [{"x": box["x"] + box["width"] / 2, "y": box["y"] + box["height"] / 2}]
-        self.driver.execute_cdp_cmd("Input.dispatchTouchEvent", {"type": "touchStart", "touchPoints": point})
-        self.driver.execute_cdp_cmd("Input.dispatchTouchEvent", {"type": "touchEnd", "touchPoints": []})
 
 
 class ScreenReaderTest(PageTest):

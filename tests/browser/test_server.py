@@ -13,7 +13,7 @@ from pathlib import Path
 
 import aiohttp
 
-from tests.browser.case import ROOT, SAMPLE, SECONDS, Process
+from tests.browser.case import ROOT, SECONDS, Process, environment, new_box
 from receiver.web.server import PORT
 
 
@@ -21,8 +21,7 @@ class ServerTest(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
-        self.etc = Path(folder.name) / "enigma2"
-        subprocess.run(["cp", "-r", SAMPLE, self.etc], check=True)
+        self.etc = new_box(folder.name)
 
     def start(self, *options, port=0):
         receiver = Process(self.etc, *options, port=port)
@@ -111,14 +110,14 @@ class PortTest(ServerTest):
 
 
 class DesktopTest(ServerTest):
-    def opened(self, **environment):
+    def opened(self, **variables):
         """What a receiver with this environment had opened: the addresses, by a stand-in for the desktop's command."""
         opener, opened = self.etc.parent / "xdg-open", self.etc.parent / "opened"
         opener.write_text('#!/bin/sh\necho "$@" >>"%s"\n' % opened)
         opener.chmod(0o755)
         path = "%s:%s" % (opener.parent, os.environ["PATH"])
-        receiver = Process(self.etc, environment={"PATH": path, **environment})
-        for _ in range(100 if environment else 20):
+        receiver = Process(self.etc, PATH=path, **variables)
+        for _ in range(100 if variables else 20):
             time.sleep(0.02)
             if opened.exists() and opened.read_text().endswith("\n"):
                 break
@@ -231,8 +230,8 @@ async def show_until(page, text):
 class ShotTest(ServerTest):
     def shot(self, *options):
         path = self.etc / "shot.png"
-        result = subprocess.run([sys.executable, "-m", "receiver", "--etc", self.etc, "--shot", path, *options], cwd=ROOT,
-                                capture_output=True, text=True)
+        result = subprocess.run([sys.executable, "-m", "receiver", "--shot", path, *options], cwd=ROOT,
+                                env=environment(self.etc), capture_output=True, text=True)
         return result, path.read_bytes() if path.exists() else b""
 
     def test_the_picture_as_a_png(self):
@@ -245,8 +244,8 @@ class ShotTest(ServerTest):
 
     def test_a_file_that_cannot_be_written(self):
         (self.etc / "shot.png").mkdir()
-        result = subprocess.run([sys.executable, "-m", "receiver", "--etc", self.etc, "--shot", self.etc / "shot.png"],
-                                cwd=ROOT, capture_output=True, text=True)
+        result = subprocess.run([sys.executable, "-m", "receiver", "--shot", self.etc / "shot.png"],
+                                cwd=ROOT, env=environment(self.etc), capture_output=True, text=True)
         self.assertEqual(result.returncode, 2)
         self.assertIn("script/run: --shot: %s: Is a directory" % (self.etc / "shot.png"), result.stderr)
 

@@ -22,7 +22,7 @@ class PointingTest(TvTest):
 
     def test_the_screen_hears_of_the_move(self):
         for number in range(3):
-            (self.etc / ("folder%d" % number)).mkdir()
+            (self.hdd / ("folder%d" % number)).mkdir(parents=True)
         self.go_to("EPG Path")
         self.press("ok")
         self.receiver.go_to(2)

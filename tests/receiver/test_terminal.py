@@ -91,8 +91,9 @@ class TerminalTest(TvTest):
         self.type(b"\x1b[B" * 15, "▶ Edit blacklist")
         self.type(b"\r", "Add Service")
         self.type(b"\x1bOS", "(TV)")
-        self.type(b"r", "(Radio)")
-        self.type(b"t", "(TV)")
+        self.type(b"r", "▶ ▪ Regional")  # letters search in the channel list, with Shift they are keys
+        self.type(b"R", "(Radio)")
+        self.type(b"T", "(TV)")
         self.type(b"\x1b", "Add Service")
         os.write(self.master, b"q")
         self.assertEqual(self.finish(), 0)
