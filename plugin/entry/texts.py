@@ -1,4 +1,7 @@
-"""Translations: the host's catalogue first, then the plug-in's own in locale/<language>/LC_MESSAGES/Veltro.mo."""
+"""Translations: the plug-in's own in locale/<language>/LC_MESSAGES/Veltro.mo first, then the host's catalogue.
+
+The host's would answer some texts of a screen and not the others, in words of its own.
+"""
 
 from __future__ import absolute_import
 
@@ -21,8 +24,8 @@ def translate(text):
     """The text in the GUI's language; as it is where nobody has a translation. On Python 2.7 all are UTF-8 bytes."""
     if not text:
         return text  # catalogues answer the empty text with their header
-    translated = getattr(builtins, "_", str)(text)
-    return _catalogue(_language()).gettext(text) if translated == text else translated
+    translated = _catalogue(_language()).gettext(text)
+    return getattr(builtins, "_", str)(text) if translated == text else translated
 
 
 def install(module):

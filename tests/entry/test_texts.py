@@ -1,4 +1,4 @@
-"""Translations: the host's catalogue before the plug-in's own."""
+"""Translations: the plug-in's own catalogue before the host's."""
 
 import os
 import struct
@@ -41,10 +41,13 @@ class TextsTest(BoxTest):
             self.assertEqual(self.translate("EPG menu"), self.text(text))
             self.assertIsInstance(self.translate("EPG menu"), str)
 
-    def test_the_host_comes_first(self):
+    def test_our_own_words_come_first(self):
+        self.box.catalogue = {"EPG menu": "EPG nach Art des Hauses", "Skin": "Oberflaeche"}
         self.box.language = "de_DE"
-        self.box.catalogue = {"EPG menu": "EPG nach Art des Hauses"}
-        self.assertEqual(self.translate("EPG menu"), "EPG nach Art des Hauses")
+        self.assertEqual(self.translate("EPG menu"), self.text(u"EPG-Men\u00fc"))
+        self.assertEqual(self.translate("Skin"), "Oberflaeche")
+        self.box.language = "sv_SE"
+        self.assertEqual(self.translate("EPG menu"), "EPG nach Art des Hauses", "a language that only the host speaks")
 
     def test_nobody_knows_it(self):
         self.box.language = "de_DE"
