@@ -48,6 +48,23 @@ class MenuTest(BoxTest):
     def test_a_host_that_keeps_the_root_itself(self):
         self.assertEqual(self.places(ElementTree.fromstring(MENU)), ["epg"])
 
+    def test_a_host_that_has_them_behind_functions(self):
+        menus = self.box.modules["Screens.Menu"]
+        root = ElementTree.fromstring(MENU)
+        del menus.mdom
+        menus.findMenu = lambda key: [menu for menu in root.iter("menu") if menu.get("key") == key][0]
+        self.assertEqual(self.places(), ["epg"])
+        menus.menuDom = lambda: ElementTree.ElementTree(root)
+        self.assertEqual(self.places(), ["epg"])
+        menus.menuDom = lambda: root
+        self.assertEqual(self.places(), ["epg"])
+
+    def test_an_item_is_known_by_the_setup_that_it_opens(self):
+        for text, place in (("""<menu key="setup"><menu key="epg"><item key="setup_epg"><setup id="epgsettings"/></item>
+                                </menu></menu>""", "epg"),
+                            ("""<menu key="setup"><menu key="epg"><item><setup id="usage"/></item></menu></menu>""", "setup")):
+            self.assertEqual(self.places(ElementTree.fromstring(text)), [place])
+
     def test_a_host_with_other_menus(self):
         self.assertEqual(self.places(object()), ["setup"])
 
