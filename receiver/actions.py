@@ -13,6 +13,14 @@ KEYS = ("up", "down", "left", "right", "ok", "exit", "red", "green", "yellow", "
 LETTERS = {"t": "tv", "r": "radio", "m": "menu", "i": "info", "e": "epg"}
 
 
+# The codes that a remote control sends, and the bits of what happens to a key, for bindings that a plug-in makes.
+CODES = {103: "up", 108: "down", 105: "left", 106: "right", 352: "ok", 28: "ok", 174: "exit", 398: "red", 399: "green",
+         400: "yellow", 401: "blue", 139: "menu", 358: "info", 365: "epg", 377: "tv", 385: "radio", 402: "channelup",
+         403: "channeldown", 412: "previous", 407: "next", 388: "text", 11: "0",
+         **{number + 1: str(number) for number in range(1, 10)}}
+FLAGS = {1: MAKE, 2: BREAK, 4: REPEAT, 8: LONG}
+
+
 class Keymap:
     """Which action each context makes of a key: `lookup(context, key, flag)`. A context is the last file's that has it."""
 
@@ -24,6 +32,9 @@ class Keymap:
 
     def lookup(self, context, key, flag):
         return self._actions[context].get((key, flag))
+
+    def bind(self, context, key, flag, action):
+        self._actions[context][key, flag] = action
 
 
 def _entries(path, context):
@@ -49,6 +60,12 @@ class ActionMaps:
         self._bindings = []
         self._long_pressed = None
         self.typed = ""
+
+    def bindKey(self, domain, device, code, flags, context, action):
+        """A line of a keymap. A key that this remote does not have is none of its business."""
+        for bit, flag in FLAGS.items():
+            if flags & bit and code in CODES:
+                self._keymap.bind(context, CODES[code], flag, action)
 
     def bindAction(self, context, priority, function):
         self._bindings.append(_Binding(context, priority, function))

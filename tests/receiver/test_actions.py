@@ -156,6 +156,14 @@ class ActionMapTest(TvTest):
         self.press("exit")
         self.assertEqual(self.calls, ["back"])
 
+    def test_a_keymap_that_a_plug_in_makes(self):
+        actions = host("enigma").eActionMap.getInstance()
+        actions.bindKey("plug-in", "generic", 398, 1 | 2, "PluginActions", "red")
+        actions.bindKey("plug-in", "generic", 9999, 1, "PluginActions", "no such key")
+        self.map(["PluginActions"], {"red": lambda: self.calls.append("red")}, -9)
+        self.press("red green")
+        self.assertEqual(self.calls, ["red", "red"], "pressed and released")
+
     def test_digits_come_as_numbers(self):
         action_map = host("Components.ActionMap").NumberActionMap(["NumberActions"], {"7": self.calls.append}, -9)
         action_map.execBegin()

@@ -3,8 +3,8 @@
 from Components.ActionMap import ActionMap, NumberActionMap
 from Components.ListComponent import ListComponent
 from Components.Sources.StaticText import StaticText
-from Components.config import (ConfigElement, KEY_0, KEY_BACKSPACE, KEY_DELETE, KEY_LEFT, KEY_NUMBERS, KEY_RIGHT,
-                               KEY_TIMEOUT)
+from Components.config import (ConfigBoolean, ConfigElement, KEY_0, KEY_BACKSPACE, KEY_DELETE, KEY_LEFT, KEY_NUMBERS,
+                               KEY_RIGHT, KEY_TIMEOUT)
 from Screens.MessageBox import MessageBox
 from enigma import eListboxPythonConfigContent, eTimer
 from receiver import running
@@ -92,6 +92,12 @@ class ConfigListScreen:
 
     def keyRight(self):
         self._handleKey(KEY_RIGHT)
+
+    def keySelect(self):
+        """OK, for screens that bind it: yes becomes no, and no yes."""
+        row = self["config"].getCurrent()
+        if row is not None and len(row) > 1 and isinstance(row[1], ConfigBoolean):
+            self._handleKey(KEY_RIGHT)
 
     def keyNumberGlobal(self, number):
         self._handleKey(KEY_0 + number)
