@@ -5,6 +5,9 @@ class Component(object):
     def __init__(self, *arguments, **keywords):
         self.text = arguments[0] if arguments else ""
 
+    def setText(self, text):
+        self.text = text
+
 
 class Source(object):
     """What a skin's renderers show."""

@@ -105,8 +105,6 @@ class ScreenTest(BoxTest):
         self.load()
         self.box.modules["Components.FileList"].FileList.getSelection = lambda self: ("/media/", True)
         self.addCleanup(delattr, self.box.modules["Components.FileList"].FileList, "getSelection")
-        self.box.modules["Components.Label"].Label.setText = lambda self, text: setattr(self, "text", text)
-        self.addCleanup(delattr, self.box.modules["Components.Label"].Label, "setText")
         return self.box.session.open(self.module.DirChoose, "/media/")
 
     def test_shows_at_once_what_green_would_take(self):

@@ -38,8 +38,9 @@ class KeysTest(BoxTest):
             self.assertIsInstance(getattr(config.misc, name), ConfigYesNo)
             self.assertIs(getattr(view.misc, name), getattr(config.misc, name))
         for name in ("epg_default_view", "epg_buffer"):
-            self.assertIsInstance(getattr(config.usage, name), ConfigSelection)
-            self.assertIs(getattr(view.usage, name), getattr(config.usage, name))
+            element = getattr(view.usage, name)
+            self.assertIsInstance(element, ConfigSelection)
+            self.assertIs(element, getattr(config.usage, name))
         self.assertEqual(int(config.misc.epg_data_timer.value), 0, "nothing is saved unless the user wants it")
         self.assertTrue(all(int(choice) >= 0 for choice in config.misc.epg_data_timer.choices))
 

@@ -39,7 +39,7 @@ class LoadingTest(BoxTest):
         after = set(vars(self.config.misc)), set(vars(self.config.usage)), set(vars(self.config.epg))
         self.assertEqual([sorted(new - old) for new, old in zip(after, before)], [
             ["epg_data_timer", "epg_dvb_blacklist_mode", "epg_is_client_stb", "timer_show_movie_available"],
-            ["epg_buffer", "epg_default_view"], []])
+            ["epg_buffer"], []])
 
     def test_loads_once(self):
         module = self.load()

@@ -11,7 +11,6 @@ class LookTest(BoxTest):
     def open(self):
         self.load()
         self.screen = self.box.session.open(self.module.Veltro, "/plugin")
-        self.screen["status"].setText = lambda text: setattr(self.screen["status"], "text", text)
         return self.screen
 
     def test_the_title_says_where_one_is(self):

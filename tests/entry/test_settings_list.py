@@ -17,11 +17,11 @@ class HelpTest(BoxTest):
         for function in screen.onLayoutFinish:
             self.assertIs(type(function), type(screen.close), "boxes take anything else for source code")
             function()
-        self.assertEqual(screen["description"].text, "")
+        self.assertEqual(screen["description"].text, screen.list[0][2])
         screen["config"].move_to(8)
         self.assertEqual(screen["description"].text, "Use EIT EPG information when it is available.")
         screen["config"].move_to(0)
-        self.assertEqual(screen["description"].text, "")
+        self.assertEqual(screen["description"].text, screen.list[0][2])
 
     def test_an_empty_list(self):
         screen = self.open()

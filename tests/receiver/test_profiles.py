@@ -92,11 +92,33 @@ class Flows:
         self.switch_on()
         for key in ("exit", "red"):
             self.go_to("Enable MHW EPG")
-            self.press("right exit" if key == "exit" or self.image != "full" else "right red up ok")
+            self.press("right exit" if key == "exit" else "right red up ok")
             self.assertShows("Main menu")
             self.assertFalse(self.element("usage.epg.mhw").value)
             self.press("ok")
         self.assertNotIn("mhw", self.settings())
+
+    def test_ok_on_a_yes_no_row(self):
+        """As in the image's own setup; the host that the module was made for leaves it alone."""
+        self.switch_on()
+        self.go_to("Enable MHW EPG")
+        self.press("ok")
+        self.assertEqual(self.selected.value, "no" if self.image == "full" else "yes")
+
+    def test_digits_type_a_number(self):
+        self.switch_on()
+        self.go_to("Save EPG for X days")
+        self.press("1 4")
+        if self.image != "full":
+            self.assertEqual(self.selected.value, "14")
+
+    def test_red_asks_before_it_drops_changes(self):
+        self.switch_on()
+        self.go_to("Enable MHW EPG")
+        self.press("right red")
+        self.assertEqual(self.top.name, "MessageBox")
+        self.press("exit")
+        self.assertEqual(self.selected.value, "yes")
 
     def test_client_mode_changes_the_rows_at_once(self):
         self.switch_on()
@@ -123,7 +145,7 @@ class Flows:
 
     def test_help_text(self):
         self.switch_on()
-        self.assertEqual(self.text("description"), "")
+        self.assertEqual(self.text("description") != "", self.image != "full")
         self.go_to("Enable freesat EPG")
         self.assertEqual(self.text("description"), "Use FreeSat EPG information when it is available.")
 

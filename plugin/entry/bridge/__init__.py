@@ -10,14 +10,14 @@ from __future__ import absolute_import
 import sys
 
 from . import (
-    blacklist_editor, cache_file, chooser, epg_cache, guard, keys, look, names, picker, services, settings_list,
-    settings_screen)
+    blacklist_editor, cache_file, chooser, eit_blacklist, epg_cache, guard, keys, look, names, picker, picker_labels,
+    row_help, services, settings_keys, settings_list, settings_screen)
 
 WHOLESALE = "Screens.ChannelSelection"
 
 # What images need on top of the module's own screens: {class of the module: mixin}, each of one concern.
-SCREENS = (settings_screen.SCREENS, look.SCREENS, chooser.SCREENS, blacklist_editor.SCREENS,
-           picker.SCREENS)
+SCREENS = (settings_screen.SCREENS, settings_keys.SCREENS, look.SCREENS, chooser.SCREENS, eit_blacklist.SCREENS,
+           blacklist_editor.SCREENS, picker.SCREENS, picker_labels.SCREENS)
 
 
 def start():
@@ -32,8 +32,8 @@ def changes():
     _collect(found, names, epg_cache, keys, picker)
     if found:
         # The host was not made for the module, so it is a box like any other: an error that leaves a handler ends its
-        # GUI, its settings lists show no help text, and not every text may get to it.
-        _collect(found, guard, settings_list, services, chooser)
+        # GUI, its settings lists show no help text of their own, and not every text may get to it.
+        _collect(found, guard, row_help, settings_list, services, chooser)
         found.setdefault(WHOLESALE, {}).update(_imported_by_the_channel_list(found))
     return found
 

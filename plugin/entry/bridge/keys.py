@@ -11,7 +11,9 @@ from Components import config as host
 from enigma import eEPGCache
 
 from ..texts import translate as _
+from . import default_view, eit_blacklist
 from .cache_file import CacheFile
+from .readers import has_reader
 
 
 def _on():
@@ -40,11 +42,12 @@ _languages = _selection(
     ("ita", "Italian"), ("nld dut", "Dutch"), ("pol", "Polish"), ("rus", "Russian"), ("spa", "Spanish"),
     ("tur", "Turkish"))
 
-# Each key: its path, where hosts have it if not there, and how to make it if they have it nowhere.
+# Each key: its path, where hosts have it if not there (a path, or what finds it once it is there), and how to make it if
+# they have it nowhere.
 KEYS = (
     ("usage.multiepg_ask_bouquet", None, _off),
     ("misc.timer_show_movie_available", None, _on),
-    ("usage.epg_default_view", "plisettings.PLIEPG_mode", _views),
+    ("usage.epg_default_view", default_view.find, _views),
     ("usage.epg_buffer", "epg.maxdays", _days),
     ("usage.show_old_epg", "epg.histminutes", _ages),
     ("usage.show_nownext_eit", "usage.show_eit_nownext", _on),
@@ -56,42 +59,90 @@ KEYS = (
     ("usage.epg.viasat", "epg.viasat", _on),
     ("usage.epg.netmed", "epg.netmed", _on),
     ("usage.epg.virgin", "epg.virgin", _off),
-    ("misc.epg_dvb_blacklist_mode", None, _off),
+    ("misc.epg_dvb_blacklist_mode", None, lambda: eit_blacklist.Mode(default=False)),
     ("misc.epg_is_client_stb", None, _off),
     ("misc.epg_data_timer", None, _minutes),
     ("misc.epgcache_filename", None, lambda: host.ConfigText(default="/media/hdd/epg.dat", fixed_size=False)),
 )
 
 
+# What the plug-in itself acts on, and by which name code of the host asks for a key that some have and forgot.
+OUR_OWN = ("misc.epg_is_client_stb", "misc.epg_data_timer", "misc.epgcache_filename")
+ASKED_FOR = {"usage.multiepg_ask_bouquet": "multiepg_ask_bouquet"}
+
+_paths, _made = {}, set()
+
+
 def changes():
     """A view of the tree with every key in its place; nothing if all are there already."""
     shown = {}
     for path, elsewhere, make in KEYS:
-        if _find(path) is None:
+        found = _find(path)
+        if found is None:
+            if callable(elsewhere):
+                shown[path] = Late(path, elsewhere, make)
+                continue
             found = elsewhere and _find(elsewhere)
             shown[path] = found if found is not None else _create(path, make())
+        _paths[id(found if found is not None else shown[path])] = path
     if "misc.epg_is_client_stb" in shown:
         _stop_saving_of_clients(shown["misc.epg_is_client_stb"])
+    if "misc.epg_dvb_blacklist_mode" in shown:
+        eit_blacklist.begin(shown["misc.epg_dvb_blacklist_mode"])
     if shown:  # no host of that kind makes a new path count everywhere
         client = shown.get("misc.epg_is_client_stb") or _find("misc.epg_is_client_stb")
         shown["misc.epgcache_filename"] = CacheFile(lambda: bool(client.value))
     return {"Components.config": {"config": View(host.config, shown)}} if shown else {}
 
 
+def path_of(element):
+    """The path of a key that the module has been shown; None for any other element."""
+    return _paths.get(id(element))
+
+
+def is_used(path):
+    """Whether anything acts on the key on this host."""
+    if path in ASKED_FOR:
+        return path not in _made and has_reader(ASKED_FOR[path])
+    if path == "misc.epg_dvb_blacklist_mode" and path in _made:
+        return eit_blacklist.is_possible()
+    return path not in _made or path in OUR_OWN
+
+
+class Late(object):
+    """A key that some hosts make when their GUI runs, or change: looked for each time that it is asked for."""
+
+    def __init__(self, path, find, make):
+        self._path, self._look, self._make = path, find, make
+
+    def element(self):
+        """The host's element as it is now, or a new one."""
+        element = _find(self._path)
+        if element is None:
+            element = self._look(_find)
+        if element is None:
+            element = _create(self._path, self._make())
+        _paths[id(element)] = self._path
+        return element
+
+
 class View(object):
     """A branch of the tree with some elements at other places: `shown` has them by their paths from here."""
 
     def __init__(self, branch, shown):
-        self._branch = branch
+        self._branch, self._late = branch, {}
         for name in set(path.split(".")[0] for path in shown):
-            if name in shown:
+            if isinstance(shown.get(name), Late):
+                self._late[name] = shown[name]
+            elif name in shown:
                 setattr(self, name, shown[name])
             else:
                 below = dict((path[len(name) + 1:], shown[path]) for path in shown if path.startswith(name + "."))
                 setattr(self, name, View(getattr(branch, name, None), below))
 
     def __getattr__(self, name):
-        return getattr(self._branch, name)
+        late = self.__dict__["_late"].get(name)
+        return late.element() if late is not None else getattr(self._branch, name)
 
 
 def _find(path):
@@ -110,6 +161,7 @@ def _create(path, element):
             setattr(branch, name, host.ConfigSubsection())
         branch = getattr(branch, name)
     setattr(branch, names[-1], element)
+    _made.add(path)
     return element
 
 

@@ -44,12 +44,10 @@ class EditorLook(object):
 
 
 class PickerLook(object):
-    """The event of the selected service, as in the image's channel list, and the yellow key in as many words as that has
-    room for."""
+    """The event of the selected service, as in the image's channel list."""
 
     def __init__(self, *arguments, **keywords):
         super(PickerLook, self).__init__(*arguments, **keywords)
-        self["key_yellow"].text = _("Add bouquet")
         if "ServiceEvent" not in self and hasattr(self.servicelist, "connectSelChanged"):
             self._put_in_event()
 
