@@ -22,13 +22,17 @@ FLAGS = {1: MAKE, 2: BREAK, 4: REPEAT, 8: LONG}
 
 
 class Keymap:
-    """Which action each context makes of a key: `lookup(context, key, flag)`. A context is the last file's that has it."""
+    """Which action each context makes of a key: `lookup(context, key, flag)`. A context is the last file's that has it, unless
+    that says that it extends the one before."""
 
     def __init__(self, *paths):
         self._actions = defaultdict(dict)
         for path in paths:
             for context in ElementTree.parse(path).getroot().iter("map"):
-                self._actions[context.get("context")] = dict(_entries(path, context))
+                actions = self._actions[context.get("context")]
+                if not context.get("extends"):
+                    actions.clear()
+                actions.update(_entries(path, context))
 
     def lookup(self, context, key, flag):
         return self._actions[context].get((key, flag))

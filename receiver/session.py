@@ -15,7 +15,8 @@ class Session:
 
     def screens(self):
         """The open screens, the lowest first."""
-        return [*self.dialog_stack, self.current_dialog] if self.current_dialog is not None else []
+        below = [screen for screen, _ in self.dialog_stack]
+        return [*below, self.current_dialog] if self.current_dialog is not None else below
 
     def open(self, screen, *arguments, **kwargs):
         """Open `screen(session, ...)` on top of the others and return it.
@@ -44,15 +45,14 @@ class Session:
     def pushCurrent(self):
         """Stop the screen on top and put it aside."""
         if self.current_dialog is not None:
+            self.dialog_stack.append((self.current_dialog, self.current_dialog.shown))
             self._execEnd()
-            self.dialog_stack.append(self.current_dialog)
-        self.current_dialog = None
 
     def popCurrent(self):
         """Let the screen run again that was put aside last."""
-        self.current_dialog = self.dialog_stack.pop() if self.dialog_stack else None
+        self.current_dialog, show = self.dialog_stack.pop() if self.dialog_stack else (None, False)
         if self.current_dialog is not None:
-            self._execBegin()
+            self._execBegin(show)
 
     def instantiateDialog(self, screen, *arguments, **kwargs):
         """Construct a screen and give it its layout, without showing it."""
@@ -75,14 +75,15 @@ class Session:
         if callback is not None:
             callback(*result)
 
-    def _execBegin(self):
+    def _execBegin(self, show=True):
         self.in_exec = True
         dialog = self.current_dialog
         dialog.execBegin()
-        if dialog is self.current_dialog:  # unless it has opened another one already
+        if show and dialog is self.current_dialog:  # unless it has opened another one already
             dialog.show()
 
     def _execEnd(self):
         assert self.in_exec
-        self.current_dialog.execEnd()
         self.in_exec = False
+        self.current_dialog.execEnd()
+        self.current_dialog.hide()

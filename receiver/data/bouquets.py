@@ -75,7 +75,7 @@ def _parse(path, lines):
             if described:
                 bouquet.services.append(described)
         elif word == "#DESCRIPTION" and described:
-            described.setName(text)
+            described.keepName(text)
             described = None
         elif word == "#NAME":
             bouquet.name = text
@@ -87,7 +87,7 @@ def _parse(path, lines):
 
 def _service(text, number, complaints):
     """The reference of a service line, or None when it is broken."""
-    ref = eServiceReference(text)
+    ref = eServiceReference.read(text)
     if not ref.valid():
         complaints.add(number, "is no service reference")
         return None

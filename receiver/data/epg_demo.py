@@ -56,4 +56,4 @@ def blacklisted():
         lines = read_lines(env.ETC + "/blacklist_dvb_epg")
     except OSError:
         return frozenset()
-    return frozenset(eServiceReference(line[len(start):].strip()).toCompareString() for line in lines if line.startswith(start))
+    return frozenset(eServiceReference.read(line[len(start):].strip()).toCompareString() for line in lines if line.startswith(start))

@@ -20,6 +20,14 @@ def _unquote(text):
     return decode(unquote_to_bytes(encode(text))) if "%" in text else text
 
 
+def _check_text(text):
+    """TypeError for a lone surrogate, which C++ takes for no text."""
+    try:
+        text.encode()
+    except UnicodeEncodeError:
+        raise TypeError("argument of type 'std::string const &' expected") from None
+
+
 def _numbers(fields):
     """The leading fields that are numbers, as boxes scan them: two decimal ones, then hexadecimal ones."""
     values = []
@@ -58,11 +66,21 @@ class eServiceReference:
         if len(args) == 1 and isinstance(args[0], eServiceReference):
             self._copy(args[0])
         elif len(args) == 1 and isinstance(args[0], str):
+            _check_text(args[0])
             self._parse(args[0])
+        elif args == (None,):
+            raise ValueError("invalid null reference")
         elif len(args) == 3 and isinstance(args[2], str):
             self.type, self.flags, self._path = int(args[0]), int(args[1]), args[2]
         elif args:
             raise TypeError("eServiceReference takes nothing, a string, a reference, or (type, flags, path)")
+
+    @classmethod
+    def read(cls, text):
+        """The reference of a text from a file, which may hold any byte as a surrogate. Only C++ makes such ones on a box."""
+        reference = cls()
+        reference._parse(text)
+        return reference
 
     def _copy(self, other):
         self.type, self.flags = other.type, other.flags
@@ -129,6 +147,7 @@ class eServiceReference:
 
     def setPath(self, path):
         """Set path, address or list query."""
+        _check_text(path)
         self._path = path
 
     def getName(self):
@@ -137,6 +156,11 @@ class eServiceReference:
 
     def setName(self, name):
         """Give the reference a name of its own."""
+        _check_text(name)
+        self._name = name
+
+    def keepName(self, name):
+        """As `setName`, for a name from a file."""
         self._name = name
 
     def getData(self, index):

@@ -22,7 +22,6 @@ class ServiceList:
     """A snapshot of one list."""
 
     def __init__(self, refs, name_of):
-        self._refs = refs
         self._name_of = name_of
         self._next = iter(refs)
 
@@ -32,7 +31,7 @@ class ServiceList:
         return eServiceReference() if ref is None else eServiceReference(ref)
 
     def getContent(self, format="R", sorted=False):
-        """All services at once: one item per service for a one-letter format, else a tuple with one field per letter.
+        """All services that are left: one item per service for a one-letter format, else a tuple with one field per letter.
 
         S text form, C compare form, R eServiceReference, N name, n short name (the same here). ValueError for another
         letter. `sorted` orders them by name.
@@ -41,10 +40,9 @@ class ServiceList:
                   "N": self._name_of, "n": self._name_of}
         if not format or set(format) - set(fields):
             raise ValueError("unknown format %r" % format)
-        refs = self._refs
+        refs = list(self._next)
         if sorted:
-            refs = refs[:]
-            refs.sort(key=lambda ref: _place(self._name_of(ref)))
+            refs.sort(key=lambda ref: self._name_of(ref).casefold())
         rows = [tuple(fields[letter](ref) for letter in format) for ref in refs]
         return [row[0] for row in rows] if len(format) == 1 else rows
 
@@ -92,7 +90,9 @@ class eServiceCenter:
         bouquet = self._bouquets.find(ref)
         if bouquet:
             refs = [entry for entry in bouquet.services if not entry.flags & ref.isInvisible]
-        elif "FROM BOUQUET" not in ref.getPath() and "(type ==" in ref.getPath():
+        elif "FROM BOUQUET" in ref.getPath():
+            refs = []
+        elif "(type ==" in ref.getPath():
             refs = self._query(ref)
         else:
             return None
@@ -140,7 +140,7 @@ class eServiceCenter:
             path = "(%s) && (%s) ORDER BY name" % (condition % group, terms)
             entry = eServiceReference(ref.type, ref.flags, path)
             entry.setData(0, ref.getData(0))
-            entry.setName(_position_name(group) if isinstance(group, int) else group or "Unknown")
+            entry.keepName(_position_name(group) if isinstance(group, int) else group or "Unknown")
             refs.append(entry)
         return refs
 

@@ -13,7 +13,7 @@ from receiver.data.service_center import eServiceCenter
 from tests.receiver.boxes import SAMPLE, BoxTest
 
 ONE = eServiceReference("1:0:19:1B7B:C88:3:EB0000:0:0:0::One")
-TWO = eServiceReference("4097:0:1:0:0:0:0:0:0:0:http%3a//x/caf\udce9:Two")
+TWO = eServiceReference.read("4097:0:1:0:0:0:0:0:0:0:http%3a//x/caf\udce9:Two")
 NOW = 1_700_000_000
 
 

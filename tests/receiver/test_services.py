@@ -51,11 +51,16 @@ class Lists(SampleTest):
         self.assertEqual(self.center.list(self.bouquet("Streams")).getContent("N")[0], "Harbour Live")
 
     def test_get_content(self):
-        services = self.center.list(self.bouquet("Favourites (Radio)", eServiceCenter.ROOT_RADIO_FAVOURITES))
-        self.assertEqual(services.getContent("SN")[0], ("1:0:2:801:401:FE:640000:0:0:0:", "Lantern Radio"))
-        self.assertEqual(services.getContent("C")[0], "1:0:2:801:401:FE:640000:0:0:0:")
-        self.assertEqual(services.getContent("N", True)[:2], ["Corner FM", "Lantern Jazz"])
-        self.assertEqual(services.getContent("N", sorted=True), sorted(services.getContent("N"), key=str.casefold))
+        def content(*arguments, **keywords):
+            bouquet = self.bouquet("Favourites (Radio)", eServiceCenter.ROOT_RADIO_FAVOURITES)
+            return self.center.list(bouquet).getContent(*arguments, **keywords)
+        self.assertEqual(content("SN")[0], ("1:0:2:801:401:FE:640000:0:0:0:", "Lantern Radio"))
+        self.assertEqual(content("C")[0], "1:0:2:801:401:FE:640000:0:0:0:")
+        self.assertEqual(content("N", True)[:2], ["Corner FM", "Lantern Jazz"])
+        self.assertEqual(content("N", sorted=True), sorted(content("N"), key=str.casefold))
+        services = self.center.list(eServiceReference(eServiceCenter.ROOT_RADIO_FAVOURITES))
+        self.assertTrue(services.getContent("N"))
+        self.assertEqual(services.getContent("N"), [], "they are taken out")
         for letters in ("", "X", "SX"):
             with self.subTest(letters), self.assertRaises(ValueError):
                 services.getContent(letters)
@@ -93,14 +98,17 @@ class Lists(SampleTest):
                 self.center.reload()
                 entry, name = self.list(eServiceCenter.ROOT_TV_PROVIDERS).getContent("SN")[0]
                 self.assertEqual(name, provider or "Unknown")
-                self.assertEqual(self.list(entry).getContent("N"), ["One"])
+                self.assertEqual(self.center.list(eServiceReference.read(entry)).getContent("N"), ["One"])
 
     def test_what_is_no_list(self):
         for text in ("", "1:0:19:101:401:FE:640000:0:0:0:", "1:64:1:0:0:0:0:0:0:0::Marker", "2:7:0:0:0:0:0:0:0:0:/tmp/",
-                     "4097:0:1:0:0:0:0:0:0:0:http%3a//x:y", "1:7:1:0:0:0:0:0:0:0:", "1:7:1:0:0:0:0:0:0:0:nonsense",
-                     '1:7:1:0:0:0:0:0:0:0:FROM BOUQUET "userbouquet.gone.tv" ORDER BY bouquet'):
+                     "4097:0:1:0:0:0:0:0:0:0:http%3a//x:y", "1:7:1:0:0:0:0:0:0:0:", "1:7:1:0:0:0:0:0:0:0:nonsense"):
             with self.subTest(text):
                 self.assertIsNone(self.list(text))
+
+    def test_a_bouquet_that_nobody_links_is_empty(self):
+        services = self.list('1:7:1:0:0:0:0:0:0:0:FROM BOUQUET "userbouquet.gone.tv" ORDER BY bouquet')
+        self.assertEqual(services.getContent("R"), [])
 
     def test_a_linked_bouquet_without_a_file_is_empty(self):
         self.write("bouquets.tv", "#SERVICE: 1:7:1:0:0:0:0:0:0:0:userbouquet.gone.tv\n")

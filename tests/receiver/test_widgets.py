@@ -166,7 +166,7 @@ class MessageBoxTest(TvTest):
 
     def test_message(self):
         self.assertEqual(self.ask("ok", self.MessageBox.TYPE_INFO), [(True,)])
-        self.assertEqual(self.ask("exit", self.MessageBox.TYPE_ERROR), [(True,)])
+        self.assertEqual(self.ask("exit", self.MessageBox.TYPE_ERROR), [(False,)])
 
     def test_picture(self):
         self.ask("")

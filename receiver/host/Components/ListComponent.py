@@ -13,7 +13,7 @@ class ListComponent(GUIComponent):
         self.l = content
         self.onSelectionChanged = []
         self.wrap = True
-        self.native_keys = ActionMap(["ListboxActions"], {
+        self.native_keys = ActionMap(["ListActions"], {
             name: lambda name=name: self._move(getattr(eListbox, name))
             for name in ("moveUp", "moveDown", "pageUp", "pageDown", "moveTop", "moveEnd")})
 

@@ -160,7 +160,8 @@ class ConfigBoolean(ConfigElement):
             self.value = key == KEY_END
 
 
-ConfigYesNo = ConfigBoolean
+class ConfigYesNo(ConfigBoolean):
+    """A boolean that says yes and no."""
 
 
 class ConfigSelection(ConfigElement):
@@ -228,3 +229,4 @@ class ConfigSelectionNumber(ConfigSelection):
     def __init__(self, min, max, stepwidth, default=None, wraparound=False):
         self.wraparound = wraparound
         super().__init__(list(range(min, max + 1, stepwidth)), default)
+        self.save_forced = True  # boxes store its default as well

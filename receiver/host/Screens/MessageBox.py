@@ -42,7 +42,7 @@ class MessageBox(Screen):
         self.close(self["list"].getCurrent()[1] if self.answers else True)
 
     def cancel(self):
-        self.close(False if self.answers else True)
+        self.close(False)
 
     def _prepare(self):
         self.shrinkList("list")

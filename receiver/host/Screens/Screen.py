@@ -19,7 +19,6 @@ class Screen(dict):
         self.execing = False
         self.shown = False
         self._closing_with = None
-        self._was_run = False
         self.onClose = []
         self.onFirstExecBegin = []
         self.onExecBegin = []
@@ -83,18 +82,20 @@ class Screen(dict):
                 self.layout.y += spare // 2
 
     def execBegin(self):
-        """Run: the components get the keys, then the callbacks are called."""
+        """Run: the callbacks are called, the components get the keys."""
         if self._closing_with is not None:
             result, self._closing_with = self._closing_with, None
             self.session.close(self, *result)
             return
-        first, self._was_run = not self._was_run, True
-        for function in self.onFirstExecBegin if first else ():
+        first, self.onFirstExecBegin = self.onFirstExecBegin, []
+        for function in [*self.onExecBegin, *first]:
             function()
-        self.execing = True
+            if self.session.current_dialog is not self:
+                return
         for component in list(self.values()):
             component.execBegin()
-        for function in list(self.onExecBegin) + list(self.onShown):
+        self.execing = True
+        for function in list(self.onShown):
             function()
             if not self.execing:
                 return
@@ -115,6 +116,8 @@ class Screen(dict):
             function()
 
     def hide(self):
+        if not self.shown:
+            return
         self.shown = False
         for function in list(self.onHide):
             function()
