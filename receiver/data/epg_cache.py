@@ -68,6 +68,8 @@ class eEPGCache:
         """Replace the cache by what the file holds. A missing, broken or foreign file changes nothing."""
         try:
             self._events = unpack(read_file(self.cacheFile()))
+        except FileNotFoundError:  # as on a new box
+            env.log("[EPGCache] there is no %s yet" % self.cacheFile())
         except (OSError, ValueError, BadFile) as error:
             env.log("[EPGCache] %s not loaded: %s" % (self.cacheFile(), _reason(error)))
 

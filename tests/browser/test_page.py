@@ -99,7 +99,7 @@ class ConnectionTest(PageTest):
     def test_the_console_is_below(self):
         self.go_to("Load EPG data")
         self.press("ok")
-        self.wait_for(lambda: "epg.dat not loaded" in self.js("return document.querySelector('.lines').textContent"))
+        self.wait_for(lambda: "there is no /media/hdd/epg.dat yet" in self.js("return document.querySelector('.lines').textContent"))
 
 
 class ManyServicesTest(PageTest):

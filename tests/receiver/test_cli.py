@@ -39,8 +39,8 @@ class CommandLineTest(TvTest):
 
     def test_console_goes_to_standard_error(self):
         code, out, err = run_cli("--etc", str(self.etc), "--keys", "")
-        self.assertIn("not loaded", err)
-        self.assertNotIn("not loaded", out)
+        self.assertIn("[EPGCache]", err)
+        self.assertNotIn("[EPGCache]", out)
 
     def test_looking_around_changes_no_file(self):
         before = {path: path.read_bytes() for path in self.etc.iterdir()}

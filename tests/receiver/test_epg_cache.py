@@ -127,15 +127,15 @@ class BrokenFile(CacheTest):
         self.cache.setEvents(TWO, [])
         self.before = (self.cache.counts(), self.cache.events(ONE))
 
-    def refused(self, *words):
+    def refused(self, *words, complaint="not loaded"):
         self.cache.load()
         self.assertEqual((self.cache.counts(), self.cache.events(ONE)), self.before)
-        self.complaint("not loaded", *words)
+        self.complaint(complaint, *words)
         self.console.clear()
 
     def test_missing(self):
         os.unlink(self.path)
-        self.refused("No such file")
+        self.refused(complaint="there is no")
 
     def test_every_truncation(self):
         for length in range(len(self.whole)):
