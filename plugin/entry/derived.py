@@ -160,6 +160,7 @@ class _Layout(object):
         for ours, _ in self.need.lines:
             if ours not in shown and ours in self.parts:
                 line = found[0].placed(found[0].rect)
+                line.element.set("transparent", "1")  # only one of them has a text at a time
                 self._show(line, ours)
                 self.items.append(line)
 

@@ -79,6 +79,7 @@ class CopyTest(DerivedTest):
         self.make(PLAIN)
         self.assertEqual(self.rect("status"), self.rect("description"))
         self.assertIsNotNone(self.one("status").get("name"))
+        self.assertEqual(self.one("status").get("transparent"), "1", "the help shows through")
         self.assertEqual(self.one("description").get("render"), "Label", "it is a source on our screen")
 
     def test_leaves_out_what_our_screen_has_not(self):

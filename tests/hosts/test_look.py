@@ -3,7 +3,9 @@ none, and after the skin was changed while the GUI runs."""
 
 from __future__ import absolute_import
 
+import array
 import os
+import struct
 
 from . import case
 
@@ -34,6 +36,15 @@ class Looks(case.HostCase):
         opens()
         return self.python(PLACES)
 
+    def colours(self, place):
+        """The number of colours that are seen at a place."""
+        x, y, wide, high = place
+        with open(self.path("/run/host/screen"), "rb") as file:
+            width = struct.unpack("i", file.read(4))[0]
+            file.seek(4096)
+            pixels = array.array("I", file.read())
+        return len(set(colour for line in range(y, y + high) for colour in pixels[line * width + x:line * width + x + wide]))
+
     def assertInPlace(self, places, *names):
         """All is on the screen, and labels of keys stand apart."""
         width, height = places["screen"][2:]
@@ -60,6 +71,14 @@ class InTheSkin(object):
         self.assertEqual(ours["description"], help_line)
         self.assertEqual(ours["status"], help_line)
         self.assertFromSkin()
+
+    def test_help_and_results_are_to_be_seen(self):
+        self.open_settings()
+        place = self.python(PLACES)["description"]
+        self.assertGreater(self.colours(place), 2, "the first row's help")
+        self.go_to("Delete broken epg.dat")
+        self.press("ok")
+        self.assertGreater(self.colours(place), 2, "the result")
 
     def test_editor(self):
         settings, editor = self.places(self.open_settings), self.places(self.open_editor)
