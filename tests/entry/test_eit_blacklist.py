@@ -1,6 +1,7 @@
 """The blacklist in force on hosts whose EPG cache has one of its own: our lines come and go, the user's stay."""
 
 import os
+import time
 
 from tests.entry.case import BoxTest
 from tests.entry.fake_config import ConfigYesNo
@@ -106,6 +107,18 @@ class EitBlacklistTest(Case):
         self.start()
         self.switch(True)
         self.assertEqual(self.file(), A + b":\n")
+
+    def test_a_long_list_takes_no_time(self):
+        lines = [b"1:0:1:%X:1:1:11A0000:0:0:0" % number for number in range(20000)]
+        self.write("blacklist_dvb_epg", b"".join(b"#SERVICE " + line + b":\n" for line in lines))
+        self.write("blacklist.eit", b"".join(line + b"\n" for line in lines[::2]))
+        self.start()
+        begin = time.time()
+        self.switch(True)
+        self.assertEqual(len(self.file().splitlines()), 20000)
+        self.switch(False)
+        self.assertEqual(len(self.file().splitlines()), 10000)
+        self.assertLess(time.time() - begin, 5)
 
     def test_a_failure_is_told_and_loses_nothing(self):
         self.write("blacklist_dvb_epg", OURS)

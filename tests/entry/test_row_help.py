@@ -84,5 +84,9 @@ class ReaderTest(BoxTest):
         self.assertTrue(self.used("class Some(object):\n def f(self):\n  return lambda: config.usage.multiepg_ask_bouquet",
                                   "Plugins.Extensions.Grid.plugin"))
 
+    def test_one_that_comes_later(self):
+        self.assertFalse(self.used("", "Screens.First"))
+        self.assertTrue(self.used("def f(): return config.usage.multiepg_ask_bouquet", "Screens.Second"))
+
     def test_who_defines_it_is_no_reader(self):
         self.assertFalse(self.used("def f(): config.usage.multiepg_ask_bouquet = 0", "Components.Some"))

@@ -121,6 +121,10 @@ class TestRows(case.HostCase):
         self.python("import enigma\nreal = enigma.eEPGCache.reloadEITConfig\nreloads = []\n"
                     "def reload(self, kind):\n    reloads.append(kind)\n    return real(self, kind)\n"
                     "enigma.eEPGCache.reloadEITConfig = reload")
+        length = len(self.host.log)
+        self.python("enigma.eEPGCache.getInstance().reloadEITConfig(2)\nreloads.clear()")
+        read = "eServiceReference string"  # what this host says of a line that is no service
+        self.assertIn(read, self.host.log[length:])
         self.go_to("Forbid DVB EPG update")
         self.press("ok")
         self.assertEqual(self.row()[1], "Yes")
@@ -128,8 +132,10 @@ class TestRows(case.HostCase):
         self.assertEqual(self.read("/etc/enigma2/blacklist.eit"), his)
         self.open_settings()
         self.go_to("Forbid DVB EPG update")
+        length = len(self.host.log)
         self.press("right", "green")
         self.assertEqual(self.read("/etc/enigma2/blacklist.eit"), ours + b"\n" + his)
+        self.assertIn(read, self.host.log[length:], "the cache has read the file again")
         self.assertEqual(self.python("reloads"), [2])
         self.open_settings()
         self.go_to("Edit blacklist")

@@ -8,6 +8,7 @@ import re
 import shutil
 import subprocess
 import tarfile
+import tempfile
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
@@ -132,6 +133,30 @@ class SameBytesAgain(unittest.TestCase):
         for path in before:
             self.assertTrue(path.read_bytes() == before[path], path.name + " is another one")
 
+
+
+class RemovalTest(unittest.TestCase):
+    """What the package's script for removal leaves of the image's own blacklist."""
+
+    def remove(self, ours, there, step="remove"):
+        root = tempfile.mkdtemp()
+        self.addCleanup(shutil.rmtree, root)
+        folder = pathlib.Path(root) / "etc" / "enigma2"
+        folder.mkdir(parents=True)
+        (folder / "blacklist.eit.veltro").write_bytes(ours)
+        (folder / "blacklist.eit").write_bytes(there)
+        subprocess.run(["sh", ROOT / "packaging" / "postrm", step], check=True, env={**os.environ, "D": root})
+        return (folder / "blacklist.eit").read_bytes(), (folder / "blacklist.eit.veltro").exists()
+
+    def test_our_lines_go(self):
+        self.assertEqual(self.remove(b"1:0:1:A:\n1:0:1:B:\n", b"1:0:1:A:\n1:0:1:B:\nhis\xff\n1:0:1:A:\n"),
+                         (b"his\xff\n1:0:1:A:\n", False))
+
+    def test_an_update_leaves_them(self):
+        self.assertEqual(self.remove(b"1:0:1:A:\n", b"1:0:1:A:\nhis\n", "upgrade"), (b"1:0:1:A:\nhis\n", True))
+
+    def test_no_line_of_ours(self):
+        self.assertEqual(self.remove(b"", b"his\n")[0], b"his\n")
 
 if __name__ == "__main__":
     unittest.main()

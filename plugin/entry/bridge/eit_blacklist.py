@@ -79,8 +79,8 @@ def _update(on):
     ours = [line for line in _listed() if _key(line) not in his] if on else []
     after = b"".join(ours) + users
     # While the two files differ, every line that is or will be ours is known as ours.
-    if set(ours) - set(ours_before):
-        write_whole(added, b"".join(ours + [line for line in ours_before if line not in ours]))
+    if not set(ours) <= set(ours_before):
+        write_whole(added, b"".join(ours) + _without(b"".join(ours_before), ours))
     if after != before:
         write_whole(path, after)
         enigma.eEPGCache.getInstance().reloadEITConfig(getattr(enigma.eEPGCache, "BLACKLIST", BLACKLIST))
@@ -94,10 +94,11 @@ def _update(on):
 
 def _listed():
     """The services of our list, each once, as lines for the host."""
-    lines = []
+    lines, seen = [], set()
     for line in _lines(_read(_path(OURS))):
         service = SERVICE.match(line)
-        if service and service.group(1) + b":\n" not in lines:
+        if service and service.group(1) not in seen:
+            seen.add(service.group(1))
             lines.append(service.group(1) + b":\n")
     return lines
 
@@ -109,14 +110,16 @@ def _key(line):
 
 
 def _without(data, ours):
-    """The user's part. A line that is there twice is once his."""
-    ours, users = list(ours), []
+    """What is left of the lines. One that is there twice is once ours and once the user's."""
+    times, left = {}, []
+    for line in ours:
+        times[line] = times.get(line, 0) + 1
     for line in _lines(data):
-        if line in ours:
-            ours.remove(line)
+        if times.get(line):
+            times[line] -= 1
         else:
-            users.append(line)
-    return b"".join(users)
+            left.append(line)
+    return b"".join(left)
 
 
 def _lines(data):

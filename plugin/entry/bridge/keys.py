@@ -85,6 +85,8 @@ def changes():
             found = elsewhere and _find(elsewhere)
             shown[path] = found if found is not None else _create(path, make())
         _paths[id(found if found is not None else shown[path])] = path
+    for name in ASKED_FOR.values():
+        has_reader(name)  # takes its time, and here nobody waits for a screen
     if "misc.epg_is_client_stb" in shown:
         _stop_saving_of_clients(shown["misc.epg_is_client_stb"])
     if "misc.epg_dvb_blacklist_mode" in shown:

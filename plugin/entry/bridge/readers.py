@@ -7,26 +7,28 @@ import types
 
 PLACES = ("Screens.", "Plugins.")  # a setting is defined among the components, and acted on by a screen or a plug-in
 
-_known = {}
+_asked = {}  # name: whether somebody asks for it, and the modules that were looked through
 
 
 def has_reader(name):
     """Whether code of a screen or a plug-in that is loaded asks for an attribute of this name."""
-    if not _known.get(name):  # a plug-in may come later
-        _known[name] = any(_asks(code, name) for code in _codes())
-    return _known[name]
+    found, seen = _asked.setdefault(name, ([], set()))
+    if not found:  # who asks may have been loaded meanwhile
+        new = [each for each in list(sys.modules) if each not in seen and each.startswith(PLACES)]
+        seen.update(new)
+        found.extend(each for each in new if any(_asks(code, name) for code in _codes(each)))
+    return bool(found)
 
 
-def _codes():
-    for module_name, module in list(sys.modules.items()):
-        if module is not None and module_name.startswith(PLACES):
-            for value in list(vars(module).values()):
-                if getattr(value, "__module__", None) != module_name:
-                    continue  # imported from elsewhere
-                members = vars(value).values() if isinstance(value, _CLASSES) else [value]
-                for code in [getattr(member, "__code__", None) for member in list(members)]:
-                    if isinstance(code, types.CodeType):
-                        yield code
+def _codes(module_name):
+    module = sys.modules[module_name]
+    for value in list(vars(module).values()) if module is not None else ():
+        if getattr(value, "__module__", None) != module_name:
+            continue  # imported from elsewhere
+        members = vars(value).values() if isinstance(value, _CLASSES) else [value]
+        for code in [getattr(member, "__code__", None) for member in list(members)]:
+            if isinstance(code, types.CodeType):
+                yield code
 
 
 _CLASSES = (type, getattr(types, "ClassType", type))  # Python 2.7 has classes of two kinds
