@@ -84,8 +84,13 @@ class PickerTest(BoxTest):
 
     def test_a_title_of_a_bouquet_with_an_odd_name(self):
         picker = self.open()
-        picker.setTitle(text_of(b"My \xff"))
-        self.assertEqual(picker.title, text_of(u"My \ufffd".encode("utf-8")))
+        picker.setTitle(text_of(b"Add Service - My \xff"))
+        self.assertEqual(picker.title, text_of(u"Add Service - My \ufffd".encode("utf-8")))
+
+    def test_a_host_that_forgets_what_the_list_is_for(self):
+        picker = self.open()
+        picker.setTitle(" (TV)")
+        self.assertEqual(picker.title, "Add Service (TV)")
 
     def test_yellow_adds_the_bouquet(self):
         picker = self.open()

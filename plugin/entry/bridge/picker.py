@@ -62,8 +62,10 @@ class Picker(SimpleChannelSelection):
         return reference is not None and reference.valid()
 
     def setTitle(self, title, *arguments, **keywords):
-        # The host makes it of bouquets' names.
-        SimpleChannelSelection.setTitle(self, readable(title), *arguments, **keywords)
+        """The host makes it of where one is, with bouquets' names; some forget what the list is for."""
+        purpose, title = _("Add Service"), readable(title)
+        title = title if purpose in title else "%s %s" % (purpose, title.strip())
+        SimpleChannelSelection.setTitle(self, title, *arguments, **keywords)
 
 
 class Place(object):
