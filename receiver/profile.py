@@ -80,6 +80,6 @@ PROFILES = {profile.name: profile for profile in (
            cache_methods=("flushEPG", "clear", "setSave"), builds_cache_path=True,
            keys={**KEYS_EVERYWHERE, "usage.epg_default_view": "plisettings.PLIEPG_mode",
                  "usage.epg_buffer": "epg.maxdays"}),
-    _image("openvix", channel_map_priority=-1, cache_methods=("flushEPG",), on_change_always=True, builds_cache_path=True,
-           keys=KEYS_EVERYWHERE),
+    _image("openvix", channel_map_priority=-1, cache_methods=("flushEPG", "reloadEITConfig"), on_change_always=True,
+           builds_cache_path=True, keys={**KEYS_EVERYWHERE, "usage.epg_default_view": "usage.defaultEPGType"}),
 )}

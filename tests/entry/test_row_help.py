@@ -46,7 +46,7 @@ class HelpTest(BoxTest):
         self.assertIn("Load", screen.list[18][2])
 
     def test_client_mode_without_a_switch_says_so(self):
-        self.assertIn("shutdown", self.rows()[17][2])
+        self.assertIn("own saving", self.rows()[17][2])
 
     def test_translated(self):
         self.box.catalogue = {NOT_USED: "Braucht hier keiner."}
@@ -57,7 +57,7 @@ class SwitchTest(HelpTest):
     facts = {"cache": ("flushEPG", "setSave")}
 
     def test_client_mode_without_a_switch_says_so(self):
-        self.assertNotIn("shutdown", self.rows()[17][2])
+        self.assertNotIn("own saving", self.rows()[17][2])
 
 
 class ReaderTest(BoxTest):

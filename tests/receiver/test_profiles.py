@@ -149,6 +149,25 @@ class Flows:
         self.go_to("Enable freesat EPG")
         self.assertEqual(self.text("description"), "Use FreeSat EPG information when it is available.")
 
+    def test_what_the_image_does_not_use(self):
+        """Said in the help line, and nowhere else."""
+        self.switch_on()
+        rows = self.receiver._gui.session.current_dialog["config"].list
+        unused = [number for number, row in enumerate(rows, 1) if row[2] == "This image does not use this setting."]
+        self.assertEqual(unused, {"full": [], "openpli": [1, 2, 3, 4, 15, 16], "openatv": [1, 2, 15, 16],
+                                  "openvix": [1, 2, 4]}[self.image])
+
+    def test_the_blacklist_in_force(self):
+        (self.etc / "blacklist.eit").write_text("his\n")
+        (self.etc / "blacklist_dvb_epg").write_text("#SERVICE %s\n" % SERVICE)
+        self.switch_on()
+        in_force = SERVICE + "\nhis\n" if self.image == "openvix" else "his\n"
+        for key, text in (("right", in_force), ("left", "his\n")):
+            self.go_to("Forbid DVB EPG update")
+            self.press(key + " green")
+            self.assertEqual((self.etc / "blacklist.eit").read_text(), text)
+            self.press("ok")
+
     def test_every_row_is_seen(self):
         self.switch_on()
         self.assertEqual(len(self.list.rows), 22)

@@ -34,7 +34,7 @@ TEXTS = {
 }
 LOADS = N_("Load the EPG from its file at this interval.")
 CLIENT = N_("For a receiver that shares the EPG file of another: the file is loaded, not saved.")
-CLIENT_IN_PART = N_("The EPG file is loaded, not saved; only at shutdown the image still saves it.")
+CLIENT_IN_PART = N_("The EPG file is loaded, not saved; the image's own saving goes on.")
 
 
 def changes():
