@@ -5,8 +5,7 @@ import os
 from importlib import import_module
 
 from Components.config import (
-    ConfigInteger, ConfigSelection, ConfigSelectionNumber, ConfigSubsection, ConfigText, ConfigYesNo)
-from Components.config_elements import translate
+    ConfigInteger, ConfigSelection, ConfigSelectionNumber, ConfigSubsection, ConfigText, ConfigYesNo, translate)
 from receiver.data import env
 from receiver.profile import PROFILES
 
@@ -14,18 +13,15 @@ VIEWS = (("single", "Single EPG"), ("multi", "Multi EPG"), ("graphical", "Graphi
          ("vertical", "Vertical EPG"), ("eventview", "Event view"))
 
 # Both three-letter codes that broadcasters use for a language count as that language.
-LANGUAGES = (
-    ("", "none"), ("ara", "Arabic"), ("bul", "Bulgarian"), ("cat", "Catalan"), ("ces cze", "Czech"),
-    ("dan", "Danish"), ("deu ger", "German"), ("ell gre", "Greek"), ("eng", "English"), ("est", "Estonian"),
-    ("fas per", "Persian"), ("fin", "Finnish"), ("fra fre", "French"), ("heb", "Hebrew"), ("hrv scr", "Croatian"),
-    ("hun", "Hungarian"), ("isl ice", "Icelandic"), ("ita", "Italian"), ("lav", "Latvian"), ("lit", "Lithuanian"),
-    ("nld dut", "Dutch"), ("nor nob", "Norwegian"), ("pol", "Polish"), ("por", "Portuguese"), ("ron rum", "Romanian"),
-    ("rus", "Russian"), ("slk slo", "Slovak"), ("slv", "Slovenian"), ("spa", "Spanish"), ("srp scc", "Serbian"),
-    ("swe", "Swedish"), ("tur", "Turkish"), ("ukr", "Ukrainian"))
+LANGUAGES = [tuple(line.split(":")) for line in (
+    ":none ara:Arabic bul:Bulgarian cat:Catalan ces_cze:Czech dan:Danish deu_ger:German ell_gre:Greek eng:English est:Estonian "
+    "fas_per:Persian fin:Finnish fra_fre:French heb:Hebrew hrv_scr:Croatian hun:Hungarian isl_ice:Icelandic ita:Italian "
+    "lav:Latvian lit:Lithuanian nld_dut:Dutch nor_nob:Norwegian pol:Polish por:Portuguese ron_rum:Romanian rus:Russian "
+    "slk_slo:Slovak slv:Slovenian spa:Spanish srp_scc:Serbian swe:Swedish tur:Turkish ukr:Ukrainian").split()]
 
 
-def _translated(choices):
-    return [(value, translate(text)) for value, text in choices]
+def _selection(choices, default):
+    return ConfigSelection([(value.replace("_", " "), translate(text)) for value, text in choices], default=default)
 
 
 def _ages():
@@ -36,24 +32,24 @@ def _ages():
             for unit, one, many, counts in units for count in counts]
 
 
+def _yes_no(default):
+    return lambda: ConfigYesNo(default=default)
+
+
 # Every key with what makes its element, at the place where a plug-in looks for it; images have most of them elsewhere.
 KEYS = {
-    "usage.multiepg_ask_bouquet": lambda: ConfigYesNo(default=False),
-    "misc.timer_show_movie_available": lambda: ConfigYesNo(default=True),
-    "usage.epg_default_view": lambda: ConfigSelection(_translated(VIEWS), default="graphical"),
+    "usage.multiepg_ask_bouquet": _yes_no(False),
+    "misc.timer_show_movie_available": _yes_no(True),
+    "usage.epg_default_view": lambda: _selection(VIEWS, "graphical"),
     "usage.epg_buffer": lambda: ConfigSelectionNumber(1, 28, 1, default=7),
     "usage.show_old_epg": lambda: ConfigSelection(_ages(), default=0),
-    "usage.show_nownext_eit": lambda: ConfigYesNo(default=True),
-    "usage.autolanguage.epglanguage": lambda: ConfigSelection(_translated(LANGUAGES), default=""),
-    "usage.autolanguage.epglanguage_alternative": lambda: ConfigSelection(_translated(LANGUAGES), default=""),
-    "usage.epg.eit": lambda: ConfigYesNo(default=True),
-    "usage.epg.mhw": lambda: ConfigYesNo(default=False),
-    "usage.epg.freesat": lambda: ConfigYesNo(default=True),
-    "usage.epg.viasat": lambda: ConfigYesNo(default=True),
-    "usage.epg.netmed": lambda: ConfigYesNo(default=True),
-    "usage.epg.virgin": lambda: ConfigYesNo(default=False),
-    "misc.epg_dvb_blacklist_mode": lambda: ConfigYesNo(default=False),
-    "misc.epg_is_client_stb": lambda: ConfigYesNo(default=False),
+    "usage.show_nownext_eit": _yes_no(True),
+    "usage.autolanguage.epglanguage": lambda: _selection(LANGUAGES, ""),
+    "usage.autolanguage.epglanguage_alternative": lambda: _selection(LANGUAGES, ""),
+    **{"usage.epg." + source: _yes_no(source not in ("mhw", "virgin"))
+       for source in ("eit", "mhw", "freesat", "viasat", "netmed", "virgin")},
+    "misc.epg_dvb_blacklist_mode": _yes_no(False),
+    "misc.epg_is_client_stb": _yes_no(False),
     "misc.epg_data_timer": lambda: ConfigInteger(default=60, limits=(0, 1440), step=5),
     "misc.epgcache_filename": lambda: ConfigText(default=env.EPG_FILE, fixed_size=False),
 }
