@@ -11,8 +11,10 @@ import weakref
 
 from receiver import running
 from receiver.actions import ActionMaps, Keymap
-from receiver.data import epg_demo
+from receiver.data import env
 from receiver.data.epg_cache import eEPGCache
+from receiver.data.files import read_lines
+from receiver.data.reference import eServiceReference
 from receiver.data.service_center import eServiceCenter
 from receiver.imitation import imitate
 from receiver.places import HOST_MODULES, PLUGIN_FOLDERS
@@ -24,6 +26,9 @@ CATALOGUE_HEADER = "Content-Type: text/plain; charset=UTF-8\n"
 
 def translate(text):
     return text if text else CATALOGUE_HEADER
+
+
+MOST_SERVICES = 200  # that the broadcast brings programmes of
 
 
 class Gui:
@@ -85,9 +90,8 @@ class Gui:
         cache.setCacheFile(config.misc.epgcache_filename.value)
         cache.load()
         if is_on("usage.epg.eit") and not is_on("misc.epg_is_client_stb"):
-            forbidden = epg_demo.blacklisted() if is_on("misc.epg_dvb_blacklist_mode") else ()
-            eEPGCache.getInstance().receive(epg_demo.first_services(services, services.ROOT_TV_FAVOURITES), self.now(),
-                                            skip=forbidden)
+            forbidden = _blacklisted() if is_on("misc.epg_dvb_blacklist_mode") else ()
+            eEPGCache.getInstance().receive(services.first(MOST_SERVICES), forbidden)
 
     def save_settings(self):
         """Write the settings file, if that changes anything: looking around leaves a folder as it is."""
@@ -114,6 +118,16 @@ class Gui:
             timer.stop()
         self.actions = ActionMaps(Keymap(*self.profile.keymaps))
         self.session = None
+
+
+def _blacklisted():
+    """Compare forms of the services whose EPG must not be updated while the blacklist is on."""
+    start = "#SERVICE "
+    try:
+        lines = read_lines(env.ETC + "/blacklist_dvb_epg")
+    except OSError:
+        return ()
+    return {eServiceReference.read(line[len(start):].strip()).toCompareString() for line in lines if line.startswith(start)}
 
 
 def find(config, path):

@@ -47,8 +47,7 @@ class Bouquets:
         return self.files.get(bouquet_file(ref)) if ref.flags & ref.canDescent else None
 
     def _read(self, name):
-        folders = (os.path.join(self._folder, "alternatives"), os.path.join(self._folder, "bouquets"), self._folder)
-        paths = [os.path.join(folder, name) for folder in folders]
+        paths = [os.path.join(self._folder, folder, name) for folder in ("alternatives", "bouquets", "")]
         path = next(filter(os.path.exists, paths), paths[-1])
         try:
             return _parse(path, read_lines(path))
@@ -58,8 +57,7 @@ class Bouquets:
 
 
 def _parse(path, lines):
-    bouquet = Bouquet()
-    complaints = Complaints(path)
+    bouquet, complaints = Bouquet(), Complaints(path)
     described = None                              # the service that a description would name
     for number, line in enumerate(lines, 1):
         if not line:
@@ -71,8 +69,12 @@ def _parse(path, lines):
         word, _, text = line.partition(" ")
         word = word.rstrip(":")
         if word == "#SERVICE":
-            described = _service(text, number, complaints)
-            if described:
+            described = eServiceReference.read(text)
+            if not described.valid():
+                complaints.add(number, "is no service reference")
+            elif described.flags & described.canDescent and not bouquet_file(described):
+                complaints.add(number, "is a bouquet without a file name")
+            else:
                 bouquet.services.append(described)
         elif word == "#DESCRIPTION" and described:
             described.keepName(text)
@@ -83,15 +85,3 @@ def _parse(path, lines):
             complaints.add(number, "is no bouquet line")
     complaints.close()
     return bouquet
-
-
-def _service(text, number, complaints):
-    """The reference of a service line, or None when it is broken."""
-    ref = eServiceReference.read(text)
-    if not ref.valid():
-        complaints.add(number, "is no service reference")
-        return None
-    if ref.flags & ref.canDescent and not bouquet_file(ref):
-        complaints.add(number, "is a bouquet without a file name")
-        return None
-    return ref

@@ -1,17 +1,19 @@
 """eEPGCache: the programme guide in memory and its file.
 
-The file is the receiver's own format, not that of a box: a line with a word of its own and a checksum, then the events as
-JSON. A file of anything else is never overwritten: it is somebody's.
+No screen of the receiver shows programmes, so what it knows of a service is how many there are. The file is the
+receiver's own: a word, a checksum, and that as JSON. A file of anything else is never overwritten: it is somebody's.
 """
 import errno
 import json
 import os
 import zlib
 
-from . import env, epg_demo, walls
+from . import env, walls
 from .files import read_file, write_atomically
 
-_HEADER = walls.EPG_MAGIC + b" 2 %08x\n"
+_HEADER = walls.EPG_MAGIC + b" 3 %08x\n"
+A_WEEK = 210     # programmes that the broadcast brings of a service
+EVENT_BYTES = 50  # of a programme in the file of a box, which does not save small ones
 
 
 class BadFile(Exception):
@@ -19,7 +21,7 @@ class BadFile(Exception):
 
 
 def pack(events):
-    """The file's content for `events`, a dict of reference text -> [(start, duration, title)]."""
+    """The file's content for `events`, a dict of reference text -> number of programmes."""
     body = json.dumps(events, separators=(",", ":")).encode()
     return _HEADER % zlib.crc32(body) + body
 
@@ -31,15 +33,12 @@ def unpack(data):
         raise BadFile("not an EPG cache file of this receiver")
     if header + b"\n" != _HEADER % zlib.crc32(body):
         raise BadFile("broken, or of another version")
-    return {key: [tuple(event) for event in rows] for key, rows in json.loads(body).items()}
+    return json.loads(body)
 
 
 class eEPGCache:
-    """Events per service. An event is (start, duration, title): Unix time, seconds, text.
-
-    `load`, `save` and `setCacheFile` neither raise nor return anything, as on boxes: failures are console lines, and one
-    to save is also told to `on_failure`, as a text for the user.
-    """
+    """`load`, `save` and `setCacheFile` neither raise nor return anything, as on boxes: failures are console lines, and one
+    to save is also told to `on_failure`, as a text for the user."""
 
     _instance = None
 
@@ -85,30 +84,24 @@ class eEPGCache:
 
     def isForeign(self):
         """Whether something is in the file's place that no receiver has made."""
-        with walls.outside():
-            path = env.real(self.cacheFile())
-            if not os.path.lexists(path):
-                return False
-            try:
-                walls.check_readable(path)
-                with open(path, "rb") as file:
-                    return file.read(len(walls.EPG_MAGIC)) not in (walls.EPG_MAGIC, b"")
-            except FileNotFoundError:  # a link that leads nowhere
-                return False
-            except OSError:
-                return True
+        try:
+            return read_file(self.cacheFile())[:len(walls.EPG_MAGIC)] not in (walls.EPG_MAGIC, b"")
+        except FileNotFoundError:
+            return False
+        except OSError:
+            return True
 
     def clearDB(self):
         """Forget every event. The file is not touched."""
         self._events = {}
 
     def size(self):
-        """How many bytes `save` would write."""
-        return len(pack(self._events))
+        """About how many bytes a box would write."""
+        return EVENT_BYTES * sum(self._events.values())
 
     def counts(self):
         """(events, services) in the cache."""
-        return _counts(self._events)
+        return sum(self._events.values()), len(self._events)
 
     def fileCounts(self):
         """(events, services) in the file; None when it is missing or could not be loaded."""
@@ -118,38 +111,21 @@ class eEPGCache:
             identity = (self.cacheFile(), info.st_ino, info.st_size, info.st_mtime_ns)
             if self._seen[0] != identity:
                 self._seen = (identity, None)
-                self._seen = (identity, _counts(unpack(read_file(self.cacheFile()))))
+                events = unpack(read_file(self.cacheFile()))
+                self._seen = (identity, (sum(events.values()), len(events)))
         except (OSError, ValueError, BadFile):
             return None
         return self._seen[1]
 
     def events(self, ref):
-        """The events of a service in order of their start."""
-        return list(self._events.get(ref.toCompareString(), ()))
+        """How many programmes of a service are known."""
+        return self._events.get(ref.toCompareString(), 0)
 
-    def setEvents(self, ref, events):
-        """Replace the events of a service; without events it is forgotten."""
-        key = ref.toCompareString()
-        self._events.pop(key, None)
-        if events:
-            self._events[key] = sorted(events)
-
-    def receive(self, refs, now, days=7, skip=()):
-        """What a tuner does on a box: fill in the programmes from `now` (Unix time) for `days` days. A PC has no tuner,
-        so they are demo data (see `epg_demo`). Events already known stay.
-
-        refs -- eServiceReferences; what is no service (marker, directory) is left out.
-        skip -- compare forms of services whose EPG must not be updated.
-        """
+    def receive(self, refs, skip=()):
+        """What a tuner brings on a box: a week of programmes of these services, but for those whose compare form is in `skip`."""
         for ref in refs:
-            if ref.valid() and not ref.flags & (ref.isMarker | ref.isDirectory) and ref.toCompareString() not in skip:
-                known = {event[0]: event for event in self.events(ref)}
-                known.update((event[0], event) for event in epg_demo.schedule(ref, now, days))
-                self.setEvents(ref, list(known.values()))
-
-
-def _counts(events):
-    return sum(map(len, events.values())), len(events)
+            if ref.toCompareString() not in skip:
+                self._events[ref.toCompareString()] = A_WEEK
 
 
 def _reason(error):

@@ -58,13 +58,9 @@ class eServiceReference:
     idUser, idServiceMP3 = 0x1000, 0x1001
 
     def __init__(self, *args):
-        self.type = self.idInvalid
-        self.flags = 0
-        self._data = [0] * 8
-        self._path = ""
-        self._name = ""
+        self.type, self.flags, self._data, self._path, self._name = self.idInvalid, 0, [0] * 8, "", ""
         if len(args) == 1 and isinstance(args[0], eServiceReference):
-            self._copy(args[0])
+            self.__dict__.update(vars(args[0]), _data=list(args[0]._data))
         elif len(args) == 1 and isinstance(args[0], str):
             _check_text(args[0])
             self._parse(args[0])
@@ -81,10 +77,6 @@ class eServiceReference:
         reference = cls()
         reference._parse(text)
         return reference
-
-    def _copy(self, other):
-        self.type, self.flags = other.type, other.flags
-        self._data, self._path, self._name = list(other._data), other._path, other._name
 
     def _parse(self, text):
         full = _FULL.fullmatch(text)
@@ -106,10 +98,9 @@ class eServiceReference:
         values = _numbers(fields)
         if len(values) < 2:
             return
-        self.type, self.flags = values[:2]
         count = 8 if len(values) >= 8 else 4
         data = [value & _MASK for value in values[2:2 + count]]
-        self._data = data + [0] * (8 - len(data))
+        self.type, self.flags, self._data = *values[:2], data + [0] * (8 - len(data))
         if len(values) == 10:
             self._parse_path(":".join(fields[10:]))
         elif count == 4 and len(values) >= 6:
@@ -120,8 +111,7 @@ class eServiceReference:
         path, _, name = rest.partition(":")
         if name.startswith("//"):
             path, blank, name = rest.partition(" ")
-            if not blank:
-                path = ""
+            path = path if blank else ""
         self._path, self._name = _unquote(path), _unquote(name)
 
     def valid(self):
@@ -138,8 +128,7 @@ class eServiceReference:
         return self._fields(0)
 
     def _fields(self, flags):
-        data = ":".join("%X" % value for value in self._data)
-        return "%d:%d:%s:%s" % (self.type, flags, data, _quote(self._path))
+        return "%d:%d:%s:%s" % (self.type, flags, ":".join("%X" % value for value in self._data), _quote(self._path))
 
     def getPath(self):
         """Path, address or list query; "" for a broadcast service."""

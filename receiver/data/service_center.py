@@ -1,4 +1,5 @@
 """eServiceCenter: what the host's screens ask about services, answered from lamedb and the bouquets."""
+import itertools
 import re
 
 from . import env
@@ -55,10 +56,6 @@ class eServiceCenter:
     ROOT_RADIO_FAVOURITES = _root(2, 'FROM BOUQUET "bouquets.radio" ORDER BY bouquet')
     ROOT_TV_ALL = _root(1, _types(TV_TYPES) + " ORDER BY name")
     ROOT_RADIO_ALL = _root(2, _types(RADIO_TYPES) + " ORDER BY name")
-    ROOT_TV_PROVIDERS = _root(1, _types(TV_TYPES) + " FROM PROVIDERS ORDER BY name")
-    ROOT_RADIO_PROVIDERS = _root(2, _types(RADIO_TYPES) + " FROM PROVIDERS ORDER BY name")
-    ROOT_TV_SATELLITES = _root(1, _types(TV_TYPES) + " FROM SATELLITES ORDER BY satellitePosition")
-    ROOT_RADIO_SATELLITES = _root(2, _types(RADIO_TYPES) + " FROM SATELLITES ORDER BY satellitePosition")
 
     _instance = None
 
@@ -109,56 +106,23 @@ class eServiceCenter:
         service = self._lamedb.find(ref)
         return service.name if service else ""
 
+    def first(self, most):
+        """What a tuner would pass by first, and no more than `most`: the services of the first bouquets."""
+        lists = self.list(eServiceReference(self.ROOT_TV_FAVOURITES)).getContent("R")[:2]
+        refs = (ref for content in filter(None, map(self.list, lists)) for ref in content.getContent("R"))
+        return list(itertools.islice((ref for ref in refs if not ref.flags & (ref.isMarker | ref.isDirectory)), most))
+
     def _load(self):
         if self._lamedb is None:
             self.reload()
 
     def _query(self, ref):
-        """All services that a list query means, or the providers or satellites they come from."""
-        path = ref.getPath()
-        types = set(map(int, re.findall(r"\(type == (\d+)\)", path)))
+        """All services of the types that a list query names."""
+        types = set(map(int, re.findall(r"\(type == (\d+)\)", ref.getPath())))
         services = [service for service in self._lamedb.services.values() if service.type in types]
-        if "FROM PROVIDERS" in path:
-            return self._groups(ref, services, 'provider == "%s"', lambda service: service.provider)
-        if "FROM SATELLITES" in path:
-            return self._groups(ref, services, "satellitePosition == %d", lambda service: service.namespace >> 16)
-        provider = re.match(r'\(provider == "(.*)"\) && \(', path, re.DOTALL)
-        position = re.match(r"\(satellitePosition == (\d+)\) && \(", path)
-        if provider:
-            services = [service for service in services if service.provider == provider.group(1)]
-        if position:
-            services = [service for service in services if service.namespace >> 16 == int(position.group(1))]
-        services.sort(key=lambda service: _place(service.name))
-        return [service.reference() for service in services]
-
-    @staticmethod
-    def _groups(ref, services, condition, group_of):
-        """One directory per provider or satellite of `services`, in order."""
-        terms = " || ".join(re.findall(r"\(type == \d+\)", ref.getPath()))
-        refs = []
-        for group in sorted(set(map(group_of, services)), key=_order):
-            path = "(%s) && (%s) ORDER BY name" % (condition % group, terms)
-            entry = eServiceReference(ref.type, ref.flags, path)
-            entry.setData(0, ref.getData(0))
-            entry.keepName(_position_name(group) if isinstance(group, int) else group or "Unknown")
-            refs.append(entry)
-        return refs
+        return [service.reference() for service in sorted(services, key=lambda service: _place(service.name))]
 
 
 def _place(name):
     """Where a list by name has a service: blanks before a name don't count, and what has no letter or digit comes last."""
     return not any(map(str.isalnum, name)), name.strip().casefold()
-
-
-def _order(group):
-    """Providers whatever their case, satellites from east to west."""
-    return group if isinstance(group, int) else (group.casefold(), group)
-
-
-def _position_name(position):
-    """The usual name of an orbital position given in tenths of a degree east, up to 3599."""
-    if position in (0xEEEE, 0xFFFF):
-        return "Terrestrial" if position == 0xEEEE else "Cable"
-    if position > 1800:
-        return "%.1f°W" % ((3600 - position) / 10)
-    return "%.1f°E" % (position / 10)

@@ -6,15 +6,14 @@ import subprocess
 import sys
 from unittest import mock
 
-from receiver.data import env, epg_cache, epg_demo
+from receiver.data import epg_cache
 from receiver.data.epg_cache import eEPGCache
 from receiver.data.reference import eServiceReference
-from receiver.data.service_center import eServiceCenter
 from tests.receiver.boxes import SAMPLE, BoxTest
 
 ONE = eServiceReference("1:0:19:1B7B:C88:3:EB0000:0:0:0::One")
 TWO = eServiceReference.read("4097:0:1:0:0:0:0:0:0:0:http%3a//x/caf\udce9:Two")
-NOW = 1_700_000_000
+THREE = eServiceReference("1:0:1:1:1:1:1:0:0:0:")
 
 
 class CacheTest(BoxTest):
@@ -24,8 +23,7 @@ class CacheTest(BoxTest):
         self.path = os.path.join(self.hdd, "epg.dat")
 
     def fill(self):
-        self.cache.setEvents(ONE, [(NOW + 60, 60, "Später"), (NOW, 60, "")])
-        self.cache.setEvents(TWO, [(-5, 0, "caf\udce9\n")])
+        self.cache.receive([ONE, TWO])
 
     def content(self):
         """Bytes of the cache file."""
@@ -40,11 +38,15 @@ class CacheTest(BoxTest):
 class Memory(CacheTest):
     def test_events_of_a_service(self):
         self.fill()
-        self.assertEqual(self.cache.events(ONE), [(NOW, 60, ""), (NOW + 60, 60, "Später")])
-        self.assertEqual(self.cache.events(eServiceReference(ONE.toCompareString())), self.cache.events(ONE))
-        self.assertEqual(self.cache.counts(), (3, 2))
-        self.cache.setEvents(ONE, [])
-        self.assertEqual((self.cache.events(ONE), self.cache.counts()), ([], (1, 1)))
+        self.assertEqual(self.cache.events(ONE), 210)
+        self.assertEqual(self.cache.events(eServiceReference(ONE.toCompareString())), 210)
+        self.assertEqual(self.cache.counts(), (420, 2))
+        self.cache.receive([ONE])
+        self.assertEqual(self.cache.counts(), (420, 2))
+
+    def test_services_of_the_blacklist_receive_nothing(self):
+        self.cache.receive([ONE, TWO], skip={ONE.toCompareString()})
+        self.assertEqual((self.cache.events(ONE), self.cache.counts()), (0, (210, 1)))
 
     def test_clear(self):
         self.fill()
@@ -61,7 +63,7 @@ class File(CacheTest):
         self.assertIsNone(self.cache.save())
         self.assertEqual(os.listdir(self.hdd), ["epg.dat"])
         fresh = eEPGCache()
-        self.assertEqual(fresh.fileCounts(), (3, 2))
+        self.assertEqual(fresh.fileCounts(), (420, 2))
         self.assertIsNone(fresh.load())
         self.assertEqual((fresh.events(ONE), fresh.events(TWO)), (self.cache.events(ONE), self.cache.events(TWO)))
         self.assertEqual(self.console, [])
@@ -69,16 +71,15 @@ class File(CacheTest):
     def test_load_replaces_what_was_there(self):
         self.fill()
         self.cache.save()
-        self.cache.setEvents(ONE, [(1, 1, "x")])
-        self.cache.setEvents(eServiceReference("1:0:1:1:1:1:1:0:0:0:"), [(1, 1, "x")])
+        self.cache.receive([eServiceReference("1:0:1:1:1:1:1:0:0:0:")])
         self.cache.load()
-        self.assertEqual(self.cache.counts(), (3, 2))
+        self.assertEqual(self.cache.counts(), (420, 2))
 
     def test_clear_then_save_empties_the_file(self):
         self.fill()
         self.cache.save()
         self.cache.clearDB()
-        self.assertEqual(self.cache.fileCounts(), (3, 2))
+        self.assertEqual(self.cache.fileCounts(), (420, 2))
         self.cache.save()
         self.assertEqual(self.cache.fileCounts(), (0, 0))
         self.cache.load()
@@ -96,9 +97,9 @@ class File(CacheTest):
         self.assertIsNone(self.cache.fileCounts())
         self.fill()
         self.cache.save()
-        self.assertEqual(self.cache.fileCounts(), (3, 2))
+        self.assertEqual(self.cache.fileCounts(), (420, 2))
         with mock.patch.object(epg_cache, "unpack", side_effect=AssertionError("read again")):
-            self.assertEqual(self.cache.fileCounts(), (3, 2))
+            self.assertEqual(self.cache.fileCounts(), (420, 2))
         self.overwrite(b"rubbish")
         self.assertIsNone(self.cache.fileCounts())
         os.unlink(self.path)
@@ -115,7 +116,7 @@ class File(CacheTest):
         self.cache.save()
         self.assertTrue(os.path.islink(self.path))
         self.assertEqual(os.stat(target).st_mode & 0o777, 0o640)
-        self.assertEqual(self.cache.fileCounts(), (3, 2))
+        self.assertEqual(self.cache.fileCounts(), (420, 2))
 
 
 class BrokenFile(CacheTest):
@@ -124,7 +125,6 @@ class BrokenFile(CacheTest):
         self.fill()
         self.cache.save()
         self.whole = self.content()
-        self.cache.setEvents(TWO, [])
         self.before = (self.cache.counts(), self.cache.events(ONE))
 
     def refused(self, *words, complaint="not loaded"):
@@ -159,7 +159,7 @@ class BrokenFile(CacheTest):
             self.refused("not an EPG cache file")
 
     def test_a_later_version(self):
-        self.overwrite(self.whole.replace(b" 2 ", b" 3 ", 1))
+        self.overwrite(self.whole.replace(b" 3 ", b" 2 ", 1))
         self.refused("another version")
 
     def test_what_is_no_file(self):
@@ -194,7 +194,7 @@ class ForeignFile(CacheTest):
             self.overwrite(data)
             self.fill()
             self.cache.save()
-            self.assertEqual(self.cache.fileCounts(), (3, 2))
+            self.assertEqual(self.cache.fileCounts(), (420, 2))
 
     def test_a_pipe_or_a_device_is_neither_read_nor_written(self):
         os.mkfifo(self.path)
@@ -211,7 +211,7 @@ class FailedSave(CacheTest):
         self.fill()
         self.cache.save()
         self.old = self.content()
-        self.cache.setEvents(ONE, [(1, 2, "new")])
+        self.cache.receive([THREE])
 
     def kept(self, *words):
         self.assertIsNone(self.cache.save())
@@ -237,7 +237,7 @@ class FailedSave(CacheTest):
         os.symlink(victim, self.path + ".writing")
         self.cache.save()
         self.assertEqual(self.read("letter"), b"dear all")
-        self.assertEqual(self.cache.fileCounts(), (2, 2))
+        self.assertEqual(self.cache.fileCounts(), (630, 3))
 
     def test_folder_is_gone_or_no_folder(self):
         for path in (os.path.join(self.hdd, "gone", "epg.dat"), os.path.join(self.path, "epg.dat"), "a\0b"):
@@ -255,16 +255,16 @@ class FailedSave(CacheTest):
                    "env.configure(*sys.argv[3:])\n"
                    "cache = epg_cache.eEPGCache()\n"
                    "cache.setCacheFile(sys.argv[1])\n"
-                   "cache.setEvents(reference.eServiceReference('1:0:1:1:1:1:1:0:0:0:'), [(1, 2, 'new')])\n"
+                   "cache.receive([reference.eServiceReference('1:0:1:1:1:1:1:0:0:0:')])\n"
                    "setattr(os, sys.argv[2], lambda *args: os._exit(9))\n"
                    "cache.save()\n")
         for call in ("replace", "fsync"):
             result = subprocess.run([sys.executable, "-c", program, self.path, call, self.etc, self.root], cwd=os.path.join(SAMPLE, "..", ".."))
             self.assertEqual(result.returncode, 9)
             self.assertEqual(self.content(), self.old)
-            self.assertEqual(eEPGCache().fileCounts(), (3, 2))
+            self.assertEqual(eEPGCache().fileCounts(), (420, 2))
         self.cache.save()
-        self.assertEqual(self.cache.fileCounts(), (2, 2))
+        self.assertEqual(self.cache.fileCounts(), (630, 3))
         self.assertEqual(os.listdir(self.hdd), ["epg.dat"])
 
     def test_order_of_the_steps(self):
@@ -283,60 +283,3 @@ class FailedSave(CacheTest):
         with mock.patch("os.fsync", sync), mock.patch("os.replace", replace):
             self.cache.save()
         self.assertEqual(steps, ["epg.dat.writing", "replace", "hdd"])
-
-
-class Demo(CacheTest):
-    def test_the_same_within_a_day(self):
-        morning = epg_demo.schedule(ONE, NOW, 3)
-        later = epg_demo.schedule(ONE, NOW + 3600, 3)
-        self.assertEqual(morning, epg_demo.schedule(eServiceReference(ONE.toString()), NOW, 3))
-        self.assertEqual([event for event in later if event in morning], [event for event in morning if event in later])
-        self.assertGreater(len(set(morning) & set(later)), 0.9 * len(morning))
-
-    def test_the_same_in_another_process(self):
-        """No hash seed, no clock: compare with a process of its own."""
-        program = ("from receiver.data import epg_demo, reference\n"
-                   "ref = reference.eServiceReference(%r)\n"
-                   "print(epg_demo.schedule(ref, %d, 2))" % (ONE.toString(), NOW))
-        result = subprocess.run([sys.executable, "-c", program], cwd=os.path.join(SAMPLE, "..", ".."), text=True,
-                                stdout=subprocess.PIPE, env=dict(os.environ, PYTHONHASHSEED="77"))
-        self.assertEqual(result.stdout.strip(), str(epg_demo.schedule(ONE, NOW, 2)))
-
-    def test_one_programme_after_the_other(self):
-        events = epg_demo.schedule(ONE, NOW, 2)
-        self.assertLessEqual(events[0][0], NOW)
-        self.assertGreater(events[0][0] + events[0][1], NOW)
-        for before, after in zip(events, events[1:]):
-            self.assertEqual(before[0] + before[1], after[0])
-        self.assertLess(events[-1][0], NOW + 2 * 86400)
-        self.assertGreaterEqual(events[-1][0] + events[-1][1], NOW + 2 * 86400)
-
-    def test_services_and_days_differ(self):
-        self.assertNotEqual(epg_demo.schedule(ONE, NOW, 1), epg_demo.schedule(TWO, NOW, 1))
-        titles = [[event[2] for event in epg_demo.schedule(ONE, day * 86400, 1)] for day in (19000, 19001)]
-        self.assertNotEqual(*titles)
-
-    def test_receive(self):
-        marker = eServiceReference("1:64:1:0:0:0:0:0:0:0::Marker")
-        bouquet = eServiceReference("1:7:1:0:0:0:0:0:0:0:userbouquet.a.tv")
-        self.cache.setEvents(ONE, [(5, 5, "long ago")])
-        self.cache.receive([ONE, TWO, marker, bouquet, eServiceReference()], NOW, 2)
-        self.assertEqual(self.cache.events(ONE), [(5, 5, "long ago")] + epg_demo.schedule(ONE, NOW, 2))
-        self.assertEqual(self.cache.counts()[1], 2)
-        counts = self.cache.counts()
-        self.cache.receive([ONE, TWO], NOW, 2)
-        self.assertEqual(self.cache.counts(), counts)
-
-    def test_blacklisted_services_receive_nothing(self):
-        self.assertEqual(epg_demo.blacklisted(), frozenset())
-        self.write("blacklist_dvb_epg", "#SERVICE %s\r\nrubbish\n" % ONE.toString())
-        skip = epg_demo.blacklisted()
-        self.assertEqual(skip, {ONE.toCompareString()})
-        self.cache.receive([ONE, TWO], NOW, 1, skip)
-        self.assertEqual((self.cache.events(ONE), self.cache.counts()[1]), ([], 1))
-
-    def test_first_services(self):
-        env.configure(SAMPLE, self.root)
-        refs = epg_demo.first_services(eServiceCenter(), eServiceCenter.ROOT_TV_FAVOURITES, 2)
-        self.assertEqual(len(refs), 20)
-        self.assertFalse(any(ref.flags for ref in refs))

@@ -27,8 +27,8 @@ class Format4(LamedbTest):
     def test_services(self):
         db = self.load(HEAD + ONE + TWO + TAIL)
         one, two = db.services.values()
-        self.assertEqual((one.name, one.provider, one.type), ("One", "Maker", 25))
-        self.assertEqual((two.name, two.provider, two.type), ("Two", "", 1))
+        self.assertEqual((one.name, one.type), ("One", 25))
+        self.assertEqual((two.name, two.type), ("Two", 1))
         self.assertEqual(one.reference().toString(), "1:0:19:1B7B:401:1:C00000:0:0:0:")
         self.assertEqual(self.console, [])
 
@@ -47,10 +47,6 @@ class Format4(LamedbTest):
         self.assertEqual(self.names(HEAD + ONE.replace("One", "Größe \u0085\u2028|") + TAIL), ["Größe \u0085\u2028|"])
         self.assertEqual(self.names((HEAD + ONE + TAIL).encode().replace(b"One", b"caf\xe9\x86")), ["caf\udce9\udc86"])
         self.assertEqual(self.console, [])
-
-    def test_a_provider_may_hold_commas_and_old_lines_hold_nothing_else(self):
-        db = self.load(HEAD + ONE.replace("Maker", "A, B & Co") + TWO.replace("p:", "Old provider") + TAIL)
-        self.assertEqual([service.provider for service in db.services.values()], ["A, B & Co", "Old provider"])
 
 
 class Broken4(LamedbTest):
@@ -123,8 +119,7 @@ class Format5(LamedbTest):
     def test_services(self):
         db = self.load(self.HEAD + 's:1b7b:00c00000:0401:0001:25:0:0,"One",p:Maker,c:000202\n'
                                    's:1b7c:00c00000:0401:0001:1:0,"A "quoted", name"\n', "lamedb")
-        self.assertEqual([(service.name, service.provider) for service in db.services.values()],
-                         [("One", "Maker"), ('A "quoted", name', "")])
+        self.assertEqual([service.name for service in db.services.values()], ["One", 'A "quoted", name'])
         self.assertEqual(self.console, [])
 
     def test_broken_lines(self):

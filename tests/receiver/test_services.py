@@ -80,26 +80,6 @@ class Lists(SampleTest):
         self.assertEqual(names[-2:], ["", "."])
         self.assertGreater(names.index("  Zz"), names.index("Tidewater Nature HD"))
 
-    def test_satellites_and_providers_hold_all_services(self):
-        for root in (eServiceCenter.ROOT_TV_SATELLITES, eServiceCenter.ROOT_TV_PROVIDERS):
-            entries = self.list(root).getContent("R")
-            self.assertTrue(all(entry.flags & 7 == 7 for entry in entries))
-            names = [name for entry in entries for name in self.list(entry.toString()).getContent("N")]
-            self.assertEqual(sorted(names), sorted(self.list(eServiceCenter.ROOT_TV_ALL).getContent("N")))
-        self.assertEqual(self.list(eServiceCenter.ROOT_TV_SATELLITES).getContent("N"),
-                         ["10.0°E", "30.0°W", "Terrestrial", "Cable"])
-
-    def test_odd_provider_names(self):
-        for provider in ('a "b" (c) && (type == 2)', "a: 50%", "caf\udce9", ""):
-            with self.subTest(provider):
-                lamedb = "eDVB services /4/\ntransponders\nend\nservices\n"
-                lamedb += "0001:00c00000:0001:0001:1:0\nOne\np:%s\nend\n" % provider
-                self.write("lamedb", lamedb.encode("utf-8", "surrogateescape"))
-                self.center.reload()
-                entry, name = self.list(eServiceCenter.ROOT_TV_PROVIDERS).getContent("SN")[0]
-                self.assertEqual(name, provider or "Unknown")
-                self.assertEqual(self.center.list(eServiceReference.read(entry)).getContent("N"), ["One"])
-
     def test_what_is_no_list(self):
         for text in ("", "1:0:19:101:401:FE:640000:0:0:0:", "1:64:1:0:0:0:0:0:0:0::Marker", "2:7:0:0:0:0:0:0:0:0:/tmp/",
                      "4097:0:1:0:0:0:0:0:0:0:http%3a//x:y", "1:7:1:0:0:0:0:0:0:0:", "1:7:1:0:0:0:0:0:0:0:nonsense"):

@@ -23,10 +23,9 @@ class ChannelSelectionBase(Screen):
         self.servicePath = []
         self.servicelist = self["list"] = ServiceList()
         profile = running.gui.profile
-        colours = {"showAllServices": self.showAllServices, "showSatellites": self.showSatellites,
-                   "showProviders": self.showProviders, "showFavourites": self.showFavourites}
+        colours = {"showAllServices": self.showAllServices, "showFavourites": self.showFavourites}
         if profile.channel_colours == "ColorActions":
-            colours = dict(zip(("red", "green", "yellow", "blue"), colours.values()))
+            colours = dict(zip(("red", "blue"), colours.values()))
         self["channelSelectBaseActions"] = ActionMap(["ChannelSelectBaseActions", profile.channel_colours], colours,
                                                      prio=profile.channel_map_priority)
         self["channelSelectMoveActions"] = NumberActionMap(
@@ -63,12 +62,6 @@ class ChannelSelectionBase(Screen):
 
     def showAllServices(self):
         self._start(self._root("ALL"))
-
-    def showProviders(self):
-        self._start(self._root("PROVIDERS"))
-
-    def showSatellites(self, changeMode=False):
-        self._start(self._root("SATELLITES"))
 
     def enterPath(self, ref, justSet=False):
         """Go into a bouquet or another list."""
