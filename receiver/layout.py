@@ -3,7 +3,7 @@
 from dataclasses import dataclass, field
 import xml.etree.ElementTree as ElementTree
 
-from receiver.picture import HEIGHT, WIDTH
+from receiver.picture import HEIGHT, WIDTH, ListBox
 
 RESOLUTIONS = {"hd": (WIDTH, HEIGHT), "fhd": (1920, 1080)}
 
@@ -14,30 +14,13 @@ class SkinError(Exception):
 
 @dataclass
 class Element:
-    """A shape or widget of a screen. `component` names what it shows in the screen, None for a plain shape.
-
-    `source` tells that the skin asks for a source (source= and render=), not for a widget (name=).
-    """
+    """A shape or widget of a screen. `component` names what it shows in the screen, None for a plain shape; `source` tells
+    that the skin asks for a source (source= and render=), not for a widget (name=). `box` has its looks."""
 
     component: str
     source: bool
-    x: int
-    y: int
-    width: int
-    height: int
-    text: str
-    font: str
-    font_size: int
-    foreground: str
-    background: str
-    halign: str
-    valign: str
-    wrap: bool
     z: int
-    row_height: int
-    selected_foreground: str
-    selected_background: str
-    scrollbar: bool
+    box: ListBox
 
 
 @dataclass
@@ -62,23 +45,18 @@ class Skin:
 
     def __init__(self, resolution="hd"):
         self.size = RESOLUTIONS[resolution]
-        self.colors = {}
-        self.screens = {}
+        self.colors, self.screens = {}, {}
 
     def load(self, path):
         """Take in a skin file. OSError or ElementTree.ParseError when it can't be read."""
         root = ElementTree.parse(path).getroot()
-        for color in root.iter("color"):
-            self.colors[color.get("name")] = color.get("value")
-        for screen in root.iter("screen"):
-            self.screens[screen.get("name")] = screen
+        self.colors.update((color.get("name"), color.get("value")) for color in root.iter("color"))
+        self.screens.update((screen.get("name"), screen) for screen in root.iter("screen"))
 
     def layout(self, xml, problem):
         """The layout that a <screen> element describes. What can't be used is left out and told to `problem`."""
-        width, height = _pair(xml.get("size", "%d,%d" % self.size))
-        x, y = _position(xml.get("position", "0,0"), width, height, *self.size)
-        layout = Layout(xml.get("name"), xml.get("title", ""), x, y, width, height,
-                        self.color(xml.get("backgroundColor", "#000000")))
+        layout = Layout(xml.get("name"), xml.get("title", ""), *_place(xml.get("position", "0,0"),
+                        xml.get("size", "%d,%d" % self.size), *self.size), self.color(xml.get("backgroundColor", "#000000")))
         for child in xml:
             try:
                 if child.tag in ("widget", "eLabel"):
@@ -88,33 +66,22 @@ class Skin:
         return layout
 
     def _element(self, xml, layout):
-        attributes = xml.attrib
-        source = attributes.get("source")
-        if source and not attributes.get("render"):
+        get, source, name = xml.get, xml.get("source"), xml.get("name")
+        if source and not get("render"):
             raise SkinError("source %s has no render" % source)
-        if xml.tag == "widget" and not (source or attributes.get("name")):
+        if xml.tag == "widget" and not (source or name):
             raise SkinError("a widget has neither name nor source")
-        width, height = _pair(attributes["size"])
-        x, y = _position(attributes["position"], width, height, layout.width, layout.height)
-        transparent = attributes.get("transparent") == "1" or "backgroundColor" not in attributes
-        get = attributes.get
+        transparent = get("transparent") == "1" or get("backgroundColor") is None
         font, _, font_size = get("font", "Regular;20").rpartition(";")
-        return Element(
-            component=source or get("name") if xml.tag == "widget" else None,
-            source=bool(source),
-            x=x, y=y, width=width, height=height,
-            text=get("text", ""),
-            font=font,
-            font_size=int(font_size),
-            foreground=self.color(get("foregroundColor", "#ffffff")),
-            background=None if transparent else self.color(attributes["backgroundColor"]),
-            halign=get("halign", "left"), valign=get("valign", "top"),
-            wrap=get("noWrap") != "1",
-            z=int(get("zPosition", "0")),
-            row_height=int(get("itemHeight", "30")),
+        box = ListBox(
+            "panel", *_place(xml.attrib["position"], xml.attrib["size"], layout.width, layout.height),
+            text=get("text", ""), font=font, font_size=int(font_size), foreground=self.color(get("foregroundColor", "#ffffff")),
+            background=None if transparent else self.color(get("backgroundColor")), halign=get("halign", "left"),
+            valign=get("valign", "top"), wrap=get("noWrap") != "1", row_height=int(get("itemHeight", "30")),
             selected_foreground=self.color(get("foregroundColorSelected", "#ffffff")),
             selected_background=self.color(get("backgroundColorSelected", "#2255aa")),
             scrollbar=get("scrollbarMode", "showNever") != "showNever")
+        return Element(source or name if xml.tag == "widget" else None, bool(source), int(get("zPosition", "0")), box)
 
     def color(self, text):
         """A colour of the picture from a name or from "#rrggbb" or "#aarrggbb", where aa 00 is opaque."""
@@ -127,12 +94,9 @@ class Skin:
         return "#" + digits[-6:] + ("" if alpha == 255 else "%02x" % alpha)
 
 
-def _pair(text):
-    first, second = text.split(",")
-    return int(first), int(second)
-
-
-def _position(text, width, height, outer_width, outer_height):
-    x, y = (part.strip() for part in text.split(","))
-    return ((outer_width - width) // 2 if x == "center" else int(x),
-            (outer_height - height) // 2 if y == "center" else int(y))
+def _place(position, size, outer_width, outer_height):
+    """x, y, width, height."""
+    width, height = map(int, size.split(","))
+    x, y = (part.strip() for part in position.split(","))
+    return ((outer_width - width) // 2 if x == "center" else int(x), (outer_height - height) // 2 if y == "center" else int(y),
+            width, height)

@@ -4,7 +4,7 @@ Coordinates are pixels of the skin's resolution, from the picture's top left cor
 "#rrggbbaa" where the skin asks for transparency (aa 00 is invisible, as in CSS).
 """
 
-from dataclasses import dataclass, field
+from dataclasses import dataclass, field, fields, replace
 
 WIDTH, HEIGHT = 1280, 720
 
@@ -109,25 +109,22 @@ def view(screen):
 
 
 def _box(element, screen, layout):
-    common = dict(x=layout.x + element.x, y=layout.y + element.y, width=element.width, height=element.height,
-                  font=element.font, font_size=element.font_size, foreground=element.foreground, background=element.background,
-                  halign=element.halign, valign=element.valign, wrap=element.wrap)
+    box = replace(element.box, x=layout.x + element.box.x, y=layout.y + element.box.y)
     if element.component is None:
-        return Box("panel", text=element.text, **common)
+        return _plain(box)
     component = screen.get(element.component)
     if component is None or not getattr(component, "visible", True):
         return None
-    role = "title" if element.component == "Title" else element.component
+    box.role = "title" if element.component == "Title" else element.component
     listbox = getattr(component, "instance", None)
     if not hasattr(listbox, "content"):
-        return Box(role, text=component.text, **common)
+        box.text = component.text
+        return _plain(box)
     content, first = listbox.content, listbox.window()
-    rows = [_row(content, index) for index in range(first, min(first + listbox.page, len(content)))]
-    return ListBox(role, rows=rows, first=first, total=len(content), selected=content.cursor,
-                   row_height=element.row_height, selected_foreground=element.selected_foreground,
-                   selected_background=element.selected_background, scrollbar=element.scrollbar, **common)
+    rows = [replace(content.paint(index), selected=index == content.cursor)
+            for index in range(first, min(first + listbox.page, len(content)))]
+    return replace(box, text="", rows=rows, first=first, total=len(content), selected=content.cursor)
 
 
-def _row(content, index):
-    row = content.paint(index)
-    return Row(row.label, row.value, row.kind, row.switch, row.marked, row.shortcut, index == content.cursor)
+def _plain(box):
+    return Box(*(getattr(box, each.name) for each in fields(Box)))

@@ -25,7 +25,7 @@ class ListComponent(GUIComponent):
         instance.selectionChanged = self.selectionChanged
 
     def applyLayout(self, element):
-        self.instance.page = max(1, element.height // element.row_height)
+        self.instance.page = max(1, element.box.height // element.box.row_height)
 
     def selectionChanged(self):
         for function in list(self.onSelectionChanged):

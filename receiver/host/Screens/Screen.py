@@ -73,13 +73,12 @@ class Screen(dict):
 
     def shrinkList(self, name):
         """Make a pop-up as high as its list needs: lines without rows are taken out, and the screen is centred again."""
-        for element in self.layout.elements:
-            if element.component == name:
-                rows = len(self[name].l) if self[name].visible else 0
-                spare = max(0, element.height - rows * element.row_height)
-                element.height -= spare
-                self.layout.height -= spare
-                self.layout.y += spare // 2
+        for box in (element.box for element in self.layout.elements if element.component == name):
+            rows = len(self[name].l) if self[name].visible else 0
+            spare = max(0, box.height - rows * box.row_height)
+            box.height -= spare
+            self.layout.height -= spare
+            self.layout.y += spare // 2
 
     def execBegin(self):
         """Run: the callbacks are called, the components get the keys."""
