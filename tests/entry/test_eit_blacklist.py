@@ -63,6 +63,17 @@ class EitBlacklistTest(Case):
         self.assertEqual(os.listdir(self.folder), ["blacklist_dvb_epg"])
         self.assertEqual(len(self.reloads), 2)
 
+    def test_a_link_stays(self):
+        self.write("blacklist_dvb_epg", OURS)
+        self.write("elsewhere", b"")
+        os.symlink(self.path("elsewhere"), self.path("blacklist.eit"))
+        self.start()
+        self.switch(True)
+        self.assertIn(A, self.file("elsewhere"))
+        self.switch(False)
+        self.assertTrue(os.path.islink(self.path("blacklist.eit")))
+        self.assertEqual(self.file(), b"")
+
     def test_his_own_lines(self):
         for his in (b"1:0:1:1:2:3:4:0:0:0:\n", b"# his\r\n\r\n\xff\xfe\n1:0:1:1:2:3:4:0:0:0:", A + b"\n", A.lower() + b"::Name\n"):
             self.write("blacklist_dvb_epg", OURS)

@@ -116,3 +116,10 @@ class OldHostTest(BoxTest):
     def test_a_host_without_bindings(self):
         self.load()
         self.assertNotIn("veltro_keys", self.box.session.open(self.module.Veltro, "/plugin"))
+
+    def test_a_host_that_takes_them_in_another_form(self):
+        maps = type("Maps", (object,), {"bindKey": lambda self, key: None})()
+        self.box.modules["enigma"].eActionMap = type("eActionMap", (object,), {"getInstance": staticmethod(lambda: maps)})
+        self.load()
+        self.assertNotIn("veltro_keys", self.box.session.open(self.module.Veltro, "/plugin"))
+        self.assertIn("no keymap", self.console)

@@ -88,7 +88,7 @@ def _update(on):
         remove(added)
     elif _read(added) != b"".join(ours):
         write_whole(added, b"".join(ours))
-    if not after and before:
+    if not after and before and not os.path.islink(path):
         remove(path)
 
 

@@ -4,9 +4,10 @@ A keymap of our own names them. Hosts have RED in a context together with EXIT, 
 apart; and their lists offer the choices of a row that has none.
 """
 
-from __future__ import absolute_import
+from __future__ import absolute_import, print_function
 
 import time
+import traceback
 
 import enigma
 from Components import config as host
@@ -25,18 +26,22 @@ PRESSED = 1
 MANY = 40  # so many choices are no longer looked through in a list
 PAUSE = 2  # seconds after which a digit begins a new number
 
-_bound = False
+_bound = None  # whether the keymap is there; None before it was tried
 
 
 def _bind():
     """Make the keymap, on hosts that take bindings."""
     global _bound
-    maps = enigma.eActionMap.getInstance() if hasattr(enigma, "eActionMap") else None
-    if not _bound and hasattr(maps, "bindKey"):
-        for action, codes in KEYS.items():
-            for code in codes:
-                maps.bindKey("Veltro", "generic", code, PRESSED, CONTEXT, action)
-        _bound = True
+    if _bound is None:
+        maps = enigma.eActionMap.getInstance() if hasattr(enigma, "eActionMap") else None
+        _bound = hasattr(maps, "bindKey")
+        try:
+            for action, codes in KEYS.items() if _bound else ():
+                for code in codes:
+                    maps.bindKey("Veltro", "generic", code, PRESSED, CONTEXT, action)
+        except Exception:  # a host that takes them in another form; the screen works without
+            print("[Veltro] no keymap of our own:\n" + traceback.format_exc())
+            _bound = False
     return _bound
 
 
