@@ -26,6 +26,7 @@ class FileList(ListComponent):
                  additionalExtensions=None):
         super().__init__(eListboxPythonMultiContent(_paint))
         self.wrap = enableWrapAround
+        del self.native_keys.actions["moveTop"], self.native_keys.actions["moveEnd"]  # its screen would not hear of the move
         self.showDirectories, self.showFiles, self.matchingPattern = showDirectories, showFiles, matchingPattern
         self.inhibitDirs, self.isTop = inhibitDirs or [], isTop
         self.changeDir(directory)
