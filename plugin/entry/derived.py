@@ -77,7 +77,11 @@ class _Layout(object):
                 if key in self.need.looks:
                     self.list.element.set(key, self.need.looks[key])
         for colour in self.need.keys:
-            shown = [item for item in self.items if _is_label(item, "key_" + colour)]
+            name = "key_" + colour
+            if not any(_is_label(item, name) for item in self.items) and not self._in_addon(name):
+                spares = [self.fitted(item) for part, item in self.flat.spares if part == name]
+                self.items.extend(item for item in spares if item is not None)
+            shown = [item for item in self.items if _is_label(item, name)]
             if shown:
                 self.labels[colour] = shown[-1]
 
@@ -160,8 +164,9 @@ class _Layout(object):
         for ours, _ in self.need.lines:
             if ours not in shown and ours in self.parts:
                 line = found[0].placed(found[0].rect)
-                line.element.set("transparent", "1")  # only one of them has a text at a time
                 self._show(line, ours)
+                line.element.set("transparent", "1")  # it lies on the other, and only one of them has a text at a time
+                line.element.set("zPosition", str(_depth(found[0]) + 1))
                 self.items.append(line)
 
     def put_in_keys(self):
@@ -332,6 +337,11 @@ class _Layout(object):
 def _name(item):
     element = item.element[0] if item.element.tag == "panel" and len(item.element) else item.element
     return element.get("name") or element.get("source")
+
+
+def _depth(item):
+    depth = item.get("zPosition", "0")
+    return int(depth) if depth.lstrip("-").isdigit() else 0
 
 
 def _is_label(item, name):

@@ -109,10 +109,11 @@ def as_text(element):
 
 
 class FlatLayout(object):
-    """name: of the skin's screen; screens: {name: (element, folder)}; parts: {name: (kind, class)} of what is in the
-    screen that will have the layout; desktop: (width, height).
+    """name: of the skin's screen; screens: {name: (element, folder)}; parts: {name: (kind, classes)} of what is in
+    the screen that will have the layout; desktop: (width, height).
 
-    items: what shows on such a screen, in the order of painting; spares: what shows on others only.
+    items: what shows on such a screen, in the order of painting; spares: what the skin has for a part of another class,
+    as (name, item).
     """
 
     def __init__(self, name, screens, parts, desktop):
@@ -127,31 +128,34 @@ class FlatLayout(object):
                 self.element.get("position", "0,0"), self.element.get("size", "e,e"), self._factor)[2:]
         except ValueError as error:
             raise Unfit("its size: %s" % error)
-        self._add(self.element, Space(0, 0, self.size[0], self.size[1]), self._folder, 0, self.items)
+        self._add(self.element, Space(0, 0, self.size[0], self.size[1]), self._folder, 0)
 
-    def _add(self, parent, space, folder, depth, items):
+    def _add(self, parent, space, folder, depth):
         if depth > DEPTH:
             raise Unfit("its panels are in each other")
         for element in parent:
             if not isinstance(element.tag, str) or element.tag == "applet":
                 continue  # a comment; a skin's code knows another screen than ours
-            shown = items if items is self.spares or self._is_shown(element) else self.spares
-            if element.tag == "panel":
-                self._add_panel(element, space, folder, depth, shown)
-            else:
-                shown.append(self._item(element, space, folder))
+            part = element.get("objectTypes", "").partition(",")[0]
+            if self._is_shown(element):
+                if element.tag == "panel":
+                    self._add_panel(element, space, folder, depth)
+                else:
+                    self.items.append(self._item(element, space, folder))
+            elif part in self._parts and element.tag != "panel":
+                self.spares.append((part, self._item(element, space, folder)))
 
-    def _add_panel(self, panel, space, folder, depth, items):
+    def _add_panel(self, panel, space, folder, depth):
         referred, place = self._screens.get(panel.get("name"), (None, None))
         if referred is not None:
-            self._add(referred, space, place or folder, depth + 1, items)  # at its own places, not at the panel's
+            self._add(referred, space, place or folder, depth + 1)  # at its own places, not at the panel's
         if len(panel) == 0 and panel.get("position") is None:
             return
         try:
             rect = space.take(panel.get("position"), panel.get("size"), self._factor)
         except (ValueError, AttributeError, TypeError) as error:
             raise Unfit("a panel: %s" % error)
-        self._add(panel, Space(*rect, stacked=panel.get("layout") == "stack"), folder, depth + 1, items)
+        self._add(panel, Space(*rect, stacked=panel.get("layout") == "stack"), folder, depth + 1)
 
     def _is_shown(self, element):
         """Whether the host would show the element, which its conditions say in the screen's own words."""
@@ -159,13 +163,13 @@ class FlatLayout(object):
         if wanted and not any(name in self._parts for name in wanted.split(",")):
             return False
         types = element.get("objectTypes", "").split(",")
-        if len(types) > 1 and self._class(types[0]) not in types[1:]:
+        if len(types) > 1 and not self._classes(types[0]).intersection(types[1:]):
             return False
         types = element.get("objectTypesInverted", "").split(",")
-        return len(types) < 2 or self._class(types[0]) not in types[1:] + [None]
+        return len(types) < 2 or types[0] in self._parts and not self._classes(types[0]).intersection(types[1:])
 
-    def _class(self, name):
-        return self._parts.get(name, (None, None))[1]
+    def _classes(self, name):
+        return set(self._parts.get(name, (None, ()))[1])
 
     def _item(self, element, space, folder):
         element = copied(element)

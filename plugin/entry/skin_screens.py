@@ -2,6 +2,7 @@
 
 from __future__ import absolute_import
 
+import inspect
 import sys
 
 OF_ITS_PLACE = ("name", "position", "size", "zPosition", "selectionDisabled", "conditional")
@@ -53,7 +54,7 @@ def looks_of(screens, name, widget):
 
 
 def parts(screen):
-    """{name: (kind, class)} of what is in a screen: a "widget" is painted by itself, a "source" by a renderer."""
+    """{name: (kind, classes)} of what is in a screen: a "widget" is painted by itself, a "source" by a renderer."""
     from Components.GUIComponent import GUIComponent
     from Components.Sources.Source import Source
     kinds = (("widget", GUIComponent), ("source", Source))
@@ -61,7 +62,7 @@ def parts(screen):
     for name in screen:
         part = screen[name]
         kind = [kind for kind, base in kinds if isinstance(part, base)]
-        found[name] = kind[0] if kind else "other", part.__class__.__name__
+        found[name] = kind[0] if kind else "other", [each.__name__ for each in inspect.getmro(part.__class__)]
     return found
 
 

@@ -38,8 +38,8 @@ class DerivedTest(BoxTest):
         if of == "Veltro":
             sources.append("description")
         sources += ["key_" + colour for colour in self.screens[of][2].keys]
-        parts = dict((name, ("source", "StaticText")) for name in sources)
-        parts.update((name, ("widget", "Label")) for name in widgets)
+        parts = dict((name, ("source", ["Fixed", "StaticText", "Source"])) for name in sources)
+        parts.update((name, ("widget", ["Label", "GUIComponent"])) for name in widgets)
         parts.update(more)
         return parts
 
@@ -93,7 +93,7 @@ class CopyTest(DerivedTest):
 
     def test_shows_what_the_host_adds_to_our_screen(self):
         self.make(PLAIN.replace("</screen>", '<widget name="HelpWindow" position="0,0" size="1,1"/></screen>'),
-                  HelpWindow=("widget", "Pixmap"))
+                  HelpWindow=("widget", ["Pixmap"]))
         self.one("HelpWindow")
 
     def test_labels_as_widgets_and_as_sources(self):
@@ -101,7 +101,7 @@ class CopyTest(DerivedTest):
         self.make(text)
         self.assertEqual((self.one("key_red").get("source"), self.one("key_red").get("name")), ("key_red", None))
         self.make(text.replace('name="description"', 'source="description" render="Label"'),
-                  key_green=("widget", "Button"), description=("widget", "Label"))
+                  key_green=("widget", ["Button", "Label"]), description=("widget", ["Label", "GUIComponent"]))
         self.assertEqual((self.one("key_green").get("source"), self.one("key_green").get("name")), (None, "key_green"))
         self.assertEqual(self.one("description").get("render"), None)
 
@@ -253,6 +253,13 @@ class PutInTest(DerivedTest):
         self.assertEqual(shown, ["key_" + colour for colour in KEYS])
         self.assertEqual(self.all("key_yellow"), [])
 
+    def test_labels_for_parts_of_another_class(self):
+        text = PLAIN.replace('<widget source="key_red" render="Label"', '<widget objectTypes="key_red,Label,Button" name="key_red"') \
+            .replace('<ePixmap pixmap="buttons/red.png"', '<ePixmap objectTypes="key_red,Label" pixmap="buttons/red.png"')
+        self.make(text)
+        self.assertEqual((self.one("key_red").get("source"), self.rect("key_red")[0]), ("key_red", 185))
+        self.assertIn("buttons/red.png", self.pictures())
+
     def test_a_skin_without_labels_for_keys(self):
         text = PLAIN.replace('source="key_red"', 'source="no_such"').replace('source="key_green"', 'source="no_such"')
         for of, keys in (("Veltro", KEYS[:2]), (self.EDITOR, KEYS)):
@@ -302,7 +309,7 @@ class PutInTest(DerivedTest):
                 <widget name="key_green" position="310,660" size="200,40"/>
                 <widget name="key_yellow" position="610,660" size="200,40"/>
                 <widget name="key_blue" position="910,660" size="200,40"/></screen>""",
-                  "DVB_EPG_blacklist_ChannelSelection", ServiceEvent=("source", "ServiceEvent"))
+                  "DVB_EPG_blacklist_ChannelSelection", ServiceEvent=("source", ["ServiceEvent"]))
         self.assertEqual(self.one("list").get("serviceItemHeight"), "40")
         self.one("ServiceEvent")
         self.assertEqual([each.get("source") for colour in KEYS for each in self.all("key_" + colour)],

@@ -88,7 +88,9 @@ class InTheSkin(object):
     def test_picker_is_where_the_channel_list_is(self):
         theirs, ours = self.places(lambda: self.press("down")), self.places(self.open_picker)
         self.assertEqual(ours["list"][:3], theirs["list"][:3])
-        self.assertEqual(self.python("session.current_dialog['list'].instance is not None"), True)
+        for name in KEYS:
+            if theirs.get(name, [0, 0, -1])[2] > 0:  # it is not shown in another way
+                self.assertEqual(ours.get(name), theirs[name])
         self.assertFromSkin()
 
     def test_chooser(self):
@@ -131,6 +133,28 @@ class BehaviourTest(Looks):
         self.press("up")
         self.assertEqual(self.text("status"), "")
 
+    def test_help_and_result_are_both_to_be_seen(self):
+        x, y, width, height = self.places(self.open_settings)["description"]
+        self.assertTrue(self.text("description"))
+        self.assertGreater(len(self.colours(x, y, width, height)), 1, "the help")
+        self.go_to("Delete broken epg.dat")
+        self.python("session.current_dialog['description'].text = ''")
+        self.host.settle()
+        empty = self.colours(x, y, width, height)
+        self.press("ok")
+        self.assertGreater(len(self.colours(x, y, width, height)), len(empty), "the result")
+
+    def colours(self, x, y, width, height):
+        """The colours of a part of the screen."""
+        path = self.host.path("run/host/screen")
+        with open(path, "rb") as screen:
+            wide = struct.unpack("i", screen.read(4))[0]
+            lines = []
+            for line in range(y, y + height):
+                screen.seek(4096 + 4 * (line * wide + x))
+                lines.append(screen.read(4 * width))
+        return set(line[at:at + 4] for line in lines for at in range(0, len(line), 4))
+
     def test_the_front_display_has_the_row_and_its_value(self):
         self.open_settings()
         self.go_to("Enable MHW EPG")
@@ -166,6 +190,20 @@ class BehaviourTest(Looks):
         self.host.settle()
         self.press("ok")
         self.assertEqual(self.python("chosen"), ["/media/hdd/epg.dat"])
+
+    def test_names_that_are_no_text(self):
+        """A directory of such a name could not be stored, so it is no choice."""
+        folder = os.fsencode(self.path("/media/usb"))
+        os.makedirs(os.path.join(folder, b"odd \xff\xfe"), exist_ok=True)
+        os.makedirs(os.path.join(folder, b"zebra"), exist_ok=True)
+        self.python("from Plugins.Extensions.Veltro import plugin\nsession.open(plugin.load().DirChoose, '/media/usb/')")
+        self.host.settle()
+        rows = self.rows()
+        self.assertEqual([row for row in rows if row.startswith("odd")], [], rows)
+        self.press(*["down"] * len(rows))
+        self.select_text("zebra")
+        self.press("ok", "down", "ok")
+        self.assertEqual(self.row()[0], "zebra")
 
     def test_who_leaves_a_directory_stays_on_it(self):
         os.makedirs(self.path("/media/hdd/one"), exist_ok=True)
