@@ -43,6 +43,8 @@ class Profile:
     renames_while_loading: bool = False
     # Where a key is that the receiver has elsewhere by default; None: nowhere.
     keys: dict = field(default_factory=dict)
+    # Whether the user can give the remote's keys functions by name.
+    key_functions: bool = False
     # Whether the path of the EPG file is built at each start from a directory and a name of its own.
     builds_cache_path: bool = False
 
@@ -75,7 +77,8 @@ def _image(name, **facts):
 
 PROFILES = {profile.name: profile for profile in (
     Profile("full"),
-    _image("openpli", channel_map_priority=-2, cache_methods=("flushEPG",), keys=KEYS_EVERYWHERE),
+    _image("openpli", channel_map_priority=-2, cache_methods=("flushEPG",), key_functions=True,
+           keys=KEYS_EVERYWHERE),
     _image("openatv", channel_map_priority=0, channel_colours="ColorActions",
            cache_methods=("flushEPG", "clear", "setSave"), builds_cache_path=True,
            keys={**KEYS_EVERYWHERE, "usage.epg_default_view": "plisettings.PLIEPG_mode",

@@ -4,7 +4,7 @@ import functools
 import textwrap
 from typing import NamedTuple
 
-from wcwidth import wcwidth
+from wcwidth import wcswidth, wcwidth
 
 from receiver.picture import ListBox
 
@@ -30,15 +30,11 @@ def printable(text):
     return "".join(char if wcwidth(char) >= 0 else "\ufffd" for char in text)
 
 
-def width(text):
-    return sum(wcwidth(char) for char in text)
-
-
 def cut(text, columns):
     """The text, or as much of it as fits with an ellipsis."""
-    if width(text) <= columns:
+    if wcswidth(text) <= columns:
         return text
-    while text and width(text) > columns - 1:
+    while text and wcswidth(text) > columns - 1:
         text = text[:-1]
     return text + "…" if columns > 0 else ""
 
@@ -57,9 +53,9 @@ class Canvas:
 
     def fill(self, left, top, right, bottom, background):
         """Empty a rectangle."""
+        left, right = max(0, left), min(right, self.columns)
         for line in self.cells[max(0, top):max(0, bottom)]:
-            for column in range(max(0, left), min(right, self.columns)):
-                line[column] = Cell(background=background)
+            line[left:right] = [Cell(background=background)] * (right - left)
 
     def write(self, column, line, text, foreground="#ffffff", background=None, bold=False, underline=False):
         """Write over what is there, on its background if no other is given. Returns the column after the text."""
@@ -105,23 +101,23 @@ def draw(picture, columns, lines):
 
 class _Drawer:
     def __init__(self, canvas, picture):
-        self.canvas, self.picture = canvas, picture
+        self.canvas, self.write, self.picture, self.background = canvas, canvas.write, picture, "#000000"
         self.horizontal, self.vertical = canvas.columns / picture.width, (canvas.lines - 1) / picture.height
-        self.background = "#000000"
 
     def rectangle(self, box):
         """The cells of a box, at least one: left, top, right, bottom. Boxes that touch never overlap."""
         left, top = int(box.x * self.horizontal + 0.5), int(box.y * self.vertical + 0.5)
-        right = int((box.x + box.width) * self.horizontal + 0.5)
-        bottom = int((box.y + box.height) * self.vertical + 0.5)
-        return left, top, max(right, left + 1), max(bottom, top + 1)
+        return (left, top, max(int((box.x + box.width) * self.horizontal + 0.5), left + 1),
+                max(int((box.y + box.height) * self.vertical + 0.5), top + 1))
 
     def screen(self, screen):
         self.background = screen.background[:7]
-        area = self.rectangle(screen)
+        left, top, right, bottom = area = self.rectangle(screen)
         self.canvas.fill(*area, self.background)
         if screen.width < self.picture.width or screen.height < self.picture.height:
-            self.border(*area)
+            for line in range(top, bottom):
+                start, fill, end = {top: "╭─╮", bottom - 1: "╰─╯"}.get(line, "│ │")
+                self.write(left, line, start + fill * (right - left - 2) + end, foreground=DIM)
         for box in screen.boxes:
             if box.background and not box.background.endswith("00", 7):
                 self.panel(box)
@@ -131,21 +127,13 @@ class _Drawer:
             elif box.text:
                 self.label(box)
 
-    def border(self, left, top, right, bottom):
-        middle = "─" * (right - left - 2)
-        self.canvas.write(left, top, "╭" + middle + "╮", foreground=DIM)
-        for line in range(top + 1, bottom - 1):
-            self.canvas.write(left, line, "│", foreground=DIM)
-            self.canvas.write(right - 1, line, "│", foreground=DIM)
-        self.canvas.write(left, bottom - 1, "╰" + middle + "╯", foreground=DIM)
-
     def panel(self, box):
         """A filled shape; one that is flat becomes a line, a narrow one is too small for cells."""
         left, top, right, bottom = self.rectangle(box)
         if box.width * self.horizontal < 2:
             return
         if box.height * self.vertical < 0.5:
-            self.canvas.write(left, int(box.y * self.vertical), "─" * (right - left), foreground=box.background[:7])
+            self.write(left, int(box.y * self.vertical), "─" * (right - left), foreground=box.background[:7])
         else:
             self.canvas.fill(left, top, right, bottom, box.background[:7])
 
@@ -153,18 +141,17 @@ class _Drawer:
         left, top, right, bottom = self.rectangle(box)
         if box.role in KEYS:
             letter, color = KEYS[box.role]
-            left = self.canvas.write(left, top, "[%s]" % letter, foreground="#000000", background=color, bold=True) + 1
-        columns = right - left
+            left = self.write(left, top, "[%s]" % letter, foreground="#000000", background=color, bold=True) + 1
+        columns, lines = right - left, bottom - top
         texts = wrap(box.text, columns) if box.wrap else [printable(box.text)]
-        lines = bottom - top
         texts = texts[-lines:] if box.valign == "bottom" else texts[:lines]
         top += {"center": (lines - len(texts)) // 2, "bottom": lines - len(texts)}.get(box.valign, 0)
         for line, text in enumerate(texts, top):
             text = cut(text, columns)
-            space = columns - width(text)
-            place = left + {"center": space // 2, "right": space}.get(box.halign, 0)
-            self.canvas.write(left, line, " " * columns)
-            self.canvas.write(place, line, text, foreground=box.foreground[:7], bold=box.font_size >= 28)
+            space = columns - wcswidth(text)
+            self.write(left, line, " " * columns)
+            self.write(left + {"center": space // 2, "right": space}.get(box.halign, 0), line, text,
+                       foreground=box.foreground[:7], bold=box.font_size >= 28)
 
     def list(self, box):
         """As many of the rows as there are lines, the selected one among them."""
@@ -180,35 +167,30 @@ class _Drawer:
             thumb = max(1, len(rows) * len(rows) // box.total)
             start = (box.first + skip) * (len(rows) - thumb) // (box.total - len(rows))
             for line in range(len(rows)):
-                inside = start <= line < start + thumb
-                self.canvas.write(right - 1, top + line, "█" if inside else "│", foreground=DIM)
+                self.write(right - 1, top + line, "█" if start <= line < start + thumb else "│", foreground=DIM)
 
     def row(self, row, box, left, line, right):
         """One row: the cursor, its label, and at the right its value with the state of a switch."""
         foreground = (box.selected_foreground if row.selected else box.foreground)[:7]
         if row.selected:
             self.canvas.fill(left, line, right, line + 1, box.selected_background[:7])
-            self.canvas.write(left, line, "▶", foreground, bold=True)
+            self.write(left, line, "▶", foreground, bold=True)
         end = self.value(row, left, line, right, foreground) if row.value else right
         label = ICONS.get(row.kind, "") + printable(row.label)
-        if row.kind == "choice":
-            label = "%-2s %s" % (row.shortcut[:1], label)
-        elif row.kind == "marker":
-            label = "── %s ──" % label
-        self.canvas.write(left + 2, line, cut(label, end - 1 - left - 2), bold=row.selected,
-                          foreground=DIM if row.kind in ("marker", "heading") else foreground)
+        label = {"choice": "%-2s %s" % (row.shortcut[:1], label), "marker": "── %s ──" % label}.get(row.kind, label)
+        self.write(left + 2, line, cut(label, end - 1 - left - 2), bold=row.selected,
+                   foreground=DIM if row.kind in ("marker", "heading") else foreground)
 
     def value(self, row, left, line, right, foreground):
         """The value of a row; returns the column where it begins."""
         value = cut(printable(row.value), (right - left) // 2)
         text = value + {None: "  ", True: " ●", False: " ○"}[row.switch]
-        place = right - 2 - width(text)
-        off = row.switch is False and not row.selected
-        self.canvas.write(place, line, text, DIM if off else foreground, bold=row.selected)
+        place = right - 2 - wcswidth(text)
+        self.write(place, line, text, DIM if row.switch is False and not row.selected else foreground, bold=row.selected)
         for position in row.marked:
-            self.canvas.write(place + width(value[:position]), line, value[position:position + 1], foreground,
-                              bold=row.selected, underline=True)
+            self.write(place + wcswidth(value[:position]), line, value[position:position + 1], foreground,
+                       bold=row.selected, underline=True)
         if row.selected:
-            self.canvas.write(place - 2, line, "◂", foreground)
-            self.canvas.write(right - 1, line, "▸", foreground)
+            self.write(place - 2, line, "◂", foreground)
+            self.write(right - 1, line, "▸", foreground)
         return place - 2

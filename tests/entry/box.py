@@ -28,7 +28,7 @@ except ImportError:
 
 PYTHON2 = sys.version_info[0] == 2
 ROOT = os.path.abspath(os.path.join(os.path.dirname(os.path.abspath(__file__)), os.pardir, os.pardir))
-ENTRY = os.path.join(ROOT, "plugin", "entry")
+ENTRY = os.path.abspath(os.environ.get("VELTRO_ENTRY") or os.path.join(ROOT, "plugin", "entry"))
 BUILD = os.path.abspath(os.environ.get("VELTRO_BUILD") or os.path.join(ROOT, "build", "py27" if PYTHON2 else "py3"))
 BINARY = os.path.join(BUILD, "Veltro.so" if PYTHON2 else "Veltro.abi3.so")
 PACKAGE = "Plugins.Extensions.Veltro"

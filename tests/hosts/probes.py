@@ -481,7 +481,7 @@ def keys_that_a_plug_in_asks_for(session):
                  "usage.show_nownext_eit", "usage.show_eit_nownext", "usage.autolanguage", "autolanguage.audio_epglanguage",
                  "autolanguage.audio_epglanguage_alternative", "usage.epg", "epg.eit", "epg.mhw", "epg.freesat", "epg.viasat", "epg.netmed",
                  "epg.virgin", "epg.histminutes", "epg.maxdays", "epg.saveepg", "misc.epg_dvb_blacklist_mode", "misc.epgcache_filename",
-                 "misc.epgcachepath", "misc.epgcachefilename", "plisettings.PLIEPG_mode"):
+                 "misc.epgcachepath", "misc.epgcachefilename", "plisettings.PLIEPG_mode", "misc.hotkey.epg", "usage.defaultEPGType"):
         found = config
         for name in path.split("."):
             found = getattr(found, name, None)
@@ -491,7 +491,7 @@ def keys_that_a_plug_in_asks_for(session):
 def what_python_sees_of_the_epg_cache(session):
     from enigma import eEPGCache
     cache = eEPGCache.getInstance()
-    yield [[name, hasattr(cache, name)] for name in ("load", "save", "setCacheFile", "clearDB", "clear", "flushEPG", "setSave")]
+    yield [[name, hasattr(cache, name)] for name in ("load", "save", "setCacheFile", "clearDB", "clear", "flushEPG", "setSave", "reloadEITConfig")]
     path = "/media/hdd/probe.dat"
     cache.setCacheFile(path)
     yield [outcome(cache.flushEPG), outcome(cache.save), os.path.exists(path), outcome(cache.load)]

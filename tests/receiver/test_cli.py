@@ -1,7 +1,9 @@
 """The command line."""
 
 import os
+import re
 import shutil
+import socket
 import subprocess
 import sys
 import tempfile
@@ -129,6 +131,49 @@ class RefusalTest(unittest.TestCase):
 
 
 class ProcessTest(TvTest):
+    def run_receiver(self, *arguments, **environment):
+        return subprocess.run([sys.executable, "-m", "receiver", "--etc", str(self.etc), *arguments], cwd=ROOT, text=True,
+                              capture_output=True, env={**os.environ, **environment}, encoding="latin-1")
+
+    def test_locales_that_lack_characters(self):
+        for encoding in ("iso-8859-1", "ascii", "cp437"):
+            result = self.run_receiver("--keys", "", PYTHONIOENCODING=encoding)
+            self.assertEqual(result.returncode, 0, result.stderr)
+            self.assertIn("Multi-EPG bouquet selection", result.stdout)
+
+    def test_what_is_no_request_leaves_the_terminal_alone(self):
+        process = subprocess.Popen([sys.executable, "-m", "receiver", "--etc", str(self.etc), "--port", "0"], cwd=ROOT,
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        self.addCleanup(lambda: process.poll() is None and process.kill())
+        port = int(re.search(r":(\d+) ", process.stdout.readline())[1])
+        for data in (b"\x16\x03\x01\x02\x00\x01\x00\x01\xfc\x03\x03" + bytes(200), b"\xff\xfe rubbish\r\n\r\n", b"GET / HTTP/9.9\r\n\r\n",
+                     b"GET /" + b"x" * 20000 + b" HTTP/1.1\r\n\r\n"):
+            with socket.create_connection(("127.0.0.1", port)) as connection:
+                connection.sendall(data)
+                connection.settimeout(5)
+                connection.recv(100)
+        process.terminate()
+        out, err = process.communicate(timeout=30)
+        self.assertEqual((out, err), ("", "[EPGCache] there is no /media/hdd/epg.dat yet\n"))
+
+    def test_the_script_answers_at_once(self):
+        script = str(ROOT / "script" / "run")
+        for arguments, code in ((["--help"], 0), (["--coffee"], 2), (["--etc", "/no/such"], 2), (["--port", "x"], 2)):
+            # Nothing can be installed or built: there is no PATH to do it with.
+            result = subprocess.run(["/bin/bash", script, *arguments], capture_output=True, text=True,
+                                    env={"PATH": "/nowhere:" + str(self.links("dirname", "readlink"))})
+            self.assertEqual(result.returncode, code, result.stderr)
+            self.assertIn("usage:" if code == 0 else "script/run: ", result.stdout + result.stderr)
+
+    def links(self, *programs):
+        """A folder with these programs alone."""
+        folder = self.root.parent / "bin"
+        folder.mkdir(exist_ok=True)
+        for program in programs:
+            if not (folder / program).exists():
+                (folder / program).symlink_to(shutil.which(program))
+        return folder
+
     def test_a_reader_that_leaves_early_gets_no_trace(self):
         process = subprocess.Popen(
             [sys.executable, "-m", "receiver", "--etc", str(self.etc), "--keys", "down*1 " * 200, "--print", "all"],

@@ -154,7 +154,7 @@ class Flows:
         self.switch_on()
         rows = self.receiver._gui.session.current_dialog["config"].list
         unused = [number for number, row in enumerate(rows, 1) if row[2] == "This image does not use this setting."]
-        self.assertEqual(unused, {"full": [], "openpli": [1, 2, 3, 4, 15, 16], "openatv": [1, 2, 15, 16],
+        self.assertEqual(unused, {"full": [], "openpli": [1, 2, 4, 15, 16], "openatv": [1, 2, 15, 16],
                                   "openvix": [1, 2, 4]}[self.image])
 
     def test_the_blacklist_in_force(self):

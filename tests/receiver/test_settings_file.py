@@ -160,7 +160,7 @@ class Failures(SettingsTest):
     def test_crash_before_the_rename(self):
         file = self.changed()
         with mock.patch("os.replace", side_effect=OSError(errno.EIO, "broken disk")):
-            self.kept(file, "writing settings failed", "broken disk")
+            self.kept(file, "settings not saved", "broken disk")
         self.assertTrue(file.save())
         self.assertEqual(self.read("settings"), b"config.misc.number=9\nconfig.usage.flag=False\n")
 

@@ -4,13 +4,11 @@
 
 namespace veltro::host {
 
-void withFile(const Object& filename, FileMode mode, const std::function<void(const Object& file)>& use, At at)
+Object openFile(const Object& filename, FileMode mode, At at)
 {
     const Host host = filename.host();
     const Text word = mode == FileMode::read ? "r"_t : "w"_t;
-    const Object file =
-        host.open().apply(host.tuple(filename, word), Object::adopt(host, generation::openKeywords()), at);
-    inAnyCase([&] { use(file); }, [&] { file.call({"close"_t, at}); });
+    return host.open().apply(host.tuple(filename, word), Object::adopt(host, generation::openKeywords()), at);
 }
 
 bool fileExists(const Object& filename, At at)

@@ -149,14 +149,14 @@ PyObject* allocateOperation(PyObject* type)
 
 PyObject* makeFrame(const char* name, At at)
 {
-    const Held code(reinterpret_cast<PyObject*>(PyCode_NewEmpty(at.file, name, at.line)));
+    const Held code(reinterpret_cast<PyObject*>(PyCode_NewEmpty(at.file(), name, at.line())));
     const Held globals(Py_BuildValue("{s:s,s:O}", "__name__", kModuleName, "__builtins__", PyEval_GetBuiltins()));
     if (!code || !globals)
         return nullptr; // GCOVR_EXCL_LINE: out of memory
     PyFrameObject* const frame =
         PyFrame_New(PyThreadState_GET(), reinterpret_cast<PyCodeObject*>(code.get()), globals.get(), nullptr);
     if (frame != nullptr)
-        frame->f_lineno = at.line;
+        frame->f_lineno = at.line();
     return reinterpret_cast<PyObject*>(frame);
 }
 

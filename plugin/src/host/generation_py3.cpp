@@ -159,12 +159,12 @@ PyObject* makeFrame(const char* name, At at)
 {
     // The stable ABI has no way to build a frame, but every interpreter can run code that hands out its own. The code
     // takes the operation's name and the C++ line before it runs, so its frame shows both.
-    const Held code(Py_CompileString("frame()", at.file, Py_eval_input));
+    const Held code(Py_CompileString("frame()", at.file(), Py_eval_input));
     if (!code)
         return nullptr;
     const Held replace(PyObject_GetAttrString(code.get(), "replace"));
     const Held nothing(PyTuple_New(0));
-    const Held changes(Py_BuildValue("{s:s,s:i}", "co_name", name, "co_firstlineno", at.line));
+    const Held changes(Py_BuildValue("{s:s,s:i}", "co_name", name, "co_firstlineno", at.line()));
     if (!replace || !nothing || !changes)
         return nullptr; // GCOVR_EXCL_LINE: out of memory
     const Held named(PyObject_Call(replace.get(), nothing.get(), changes.get()));

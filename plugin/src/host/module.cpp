@@ -49,7 +49,8 @@ Object makeBindings(PyPointer module)
 /// In a class body the language writes a private name `__x` as `_Class__x`.
 Object mangledName(Host host, const char* className, std::string_view name)
 {
-    const bool isPrivate = name.starts_with("__") && !name.ends_with("__");
+    // Not starts_with and ends_with, which bring the library's reports of bad ranges along.
+    const bool isPrivate = name.find("__") == 0 && name.rfind("__") != name.size() - 2;
     return Object::adopt(host, isPrivate ? generation::joinText("_", className, name.data())
                                          : generation::internText(name.data()));
 }

@@ -9,6 +9,7 @@
 //     instance, where the host, a skin and a test can see it.
 #pragma once
 
+#include "host/at.h"
 #include "host/text.h"
 
 #include <array>
@@ -27,17 +28,6 @@ using PyPointer = _object*;
 
 class Object;
 struct OperationTable;
-
-/// The place in the C++ sources from which the host was called: what a traceback shows.
-struct At {
-    const char* file;
-    int line;
-
-    static constexpr At here(const char* file = __builtin_FILE(), int line = __builtin_LINE()) noexcept
-    {
-        return {file, line};
-    }
-};
 
 /// A name together with the place that asks for it. Made by conversion, so `call("save"_t)` notes its own line.
 struct Named {

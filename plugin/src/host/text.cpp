@@ -6,7 +6,7 @@ namespace veltro::host {
 
 std::string_view Text::all() noexcept
 {
-    return detail::kAllTexts;
+    return {detail::kTexts, sizeof detail::kTexts - 1};
 }
 
 const char* Text::chars() const noexcept

@@ -1,4 +1,4 @@
-"""A list of a directory's entries on the real file system."""
+"""A list of a directory's entries on the box's file system."""
 
 import os
 import re
@@ -7,14 +7,12 @@ from Components.ListComponent import ListComponent
 from enigma import eListboxPythonMultiContent
 from receiver.picture import Row
 
+PARENT = "<Parent directory>"
+
 
 def _paint(row):
     (path, is_directory), name = row
-    kind = "parent" if name == PARENT else "folder" if is_directory else "file"
-    return Row(name, kind=kind)
-
-
-PARENT = "<Parent directory>"
+    return Row(name, kind="parent" if name == PARENT else "folder" if is_directory else "file")
 
 
 class FileList(ListComponent):
@@ -29,49 +27,42 @@ class FileList(ListComponent):
         super().__init__(eListboxPythonMultiContent(_paint))
         self.wrap = enableWrapAround
         del self.native_keys.actions["moveTop"], self.native_keys.actions["moveEnd"]  # its screen would not hear of the move
-        self.showDirectories = showDirectories
-        self.showFiles = showFiles
-        self.matchingPattern = matchingPattern
-        self.inhibitDirs = inhibitDirs or []
-        self.isTop = isTop
+        self.showDirectories, self.showFiles, self.matchingPattern = showDirectories, showFiles, matchingPattern
+        self.inhibitDirs, self.isTop = inhibitDirs or [], isTop
         self.changeDir(directory)
 
     def changeDir(self, directory, select=None):
         """List `directory` and put the cursor on the entry with the path `select`, else on the first."""
         self.current_directory = directory
-        self.list = self._parent(directory) + self._entries(directory)
+        self.list = self._rows(directory) if directory else []
         self.l.setList(self.list)
         self.l.moveTo(next((index for index, row in enumerate(self.list) if row[0][0] == select), 0))
 
-    def _parent(self, directory):
-        if not directory or directory == "/" or self.isTop:
-            return []
-        parent = "/".join(directory.rstrip("/").split("/")[:-1]) + "/"
-        return [((parent, True), PARENT)] if self.showDirectories else []
-
-    def _entries(self, directory):
+    def _rows(self, directory):
         try:
-            names = sorted(os.listdir(directory), key=os.fsencode) if directory else []
+            names = sorted(os.listdir(directory), key=os.fsencode)
         except OSError:
             names = []
         # Plain joining, as on boxes: a start directory without its last slash gives entries that are not there.
-        folders = [name for name in names if os.path.isdir(directory + name)]
-        rows = [((directory + name + "/", True), name) for name in folders if self.showDirectories
-                and directory + name not in self.inhibitDirs]
+        folders = {name for name in names if os.path.isdir(directory + name)}
+        rows = []
+        if self.showDirectories and directory != "/" and not self.isTop:
+            rows.append((("/".join(directory.rstrip("/").split("/")[:-1]) + "/", True), PARENT))
+        if self.showDirectories:
+            rows += [((directory + name + "/", True), name) for name in names if name in folders
+                     and directory + name not in self.inhibitDirs]
         if self.showFiles:
-            found = set(folders)
-            rows += [((name, False), name) for name in names if name not in found
+            rows += [((name, False), name) for name in names if name not in folders
                      and (self.matchingPattern is None or re.search(self.matchingPattern, name))]
         return rows
 
     def getSelection(self):
         """(path, is a directory) of the row under the cursor; None in an empty list."""
         row = self.getCurrent()
-        return None if row is None else row[0]
+        return row and row[0]
 
     def canDescent(self):
-        row = self.getCurrent()
-        return bool(row and row[0][1])
+        return bool(self.getSelection() and self.getSelection()[1])
 
     def descent(self):
         """Enter the directory under the cursor. Coming back up, the cursor stands on the directory left."""

@@ -67,6 +67,8 @@ def InitUsageConfig(config, profile=PROFILES["full"]):
     if "setSave" in profile.cache_methods:
         _define(config, "epg.saveepg", ConfigYesNo(default=True))
         config.epg.saveepg.addNotifier(lambda element: _cache().setSave(element.value))
+    if profile.key_functions:
+        _define(config, "misc.hotkey.epg", ConfigText(default="Plugins/Extensions/GraphMultiEPG/1", fixed_size=False))
     if profile.builds_cache_path:
         _build_cache_path(config.misc)
     else:

@@ -1,0 +1,287 @@
+"""The elements of the configuration tree: settings with their values, texts and keys. Hosts offer them from
+`Components.config`."""
+import builtins
+
+from receiver.data import env
+
+(KEY_LEFT, KEY_RIGHT, KEY_OK, KEY_DELETE, KEY_BACKSPACE, KEY_HOME, KEY_END, KEY_TOGGLEOW, KEY_ASCII,
+ KEY_TIMEOUT) = range(10)
+KEY_NUMBERS = range(12, 22)
+KEY_0, KEY_9 = KEY_NUMBERS[0], KEY_NUMBERS[9]
+
+
+def getKeyNumber(key):
+    """The digit 0 to 9 of a number key."""
+    return KEY_NUMBERS.index(key)
+
+
+def translate(text):
+    """`text` in the user's language. The empty text stays empty: catalogues answer it with their header."""
+    return getattr(builtins, "_", str)(text) if text else ""
+
+
+def NoSave(element):
+    """Switch off storing for `element` and return it."""
+    element.save_disabled = True
+    return element
+
+
+class ConfigElement:
+    """One setting. Subclasses say what values there are, how they are stored, shown and changed by keys."""
+
+    def __init__(self, default):
+        self.default = default
+        self.saved_value = None        # stored text; None: the default
+        self.save_disabled = self.save_forced = False
+        self.enabled = True
+        self.path = ""                 # where it was last put into the tree, for messages
+        self._value = self._told = default
+        self._notifiers, self._final_notifiers = [], []
+
+    def normalize(self, value):
+        """`value` as this element can hold it."""
+        return value
+
+    def tostring(self, value):
+        """The stored text of a value."""
+        return str(value)
+
+    def fromstring(self, text):
+        """The value of a stored text; ValueError when there is none."""
+        return text
+
+    def getText(self):
+        """What the row shows."""
+        return self.tostring(self.value)
+
+    def getMulti(self, selected):
+        """How to paint the row: ("text", text), or ("mtext", text, marked positions) while it is edited."""
+        return ("text", self.getText())
+
+    def applyKey(self, key):
+        """Change the value for one of the KEY_ constants; keys that mean nothing here change nothing."""
+
+    @property
+    def value(self):
+        """The current value. Assigning a different one tells the notifiers."""
+        return self._value
+
+    @value.setter
+    def value(self, value):
+        value = self.normalize(value)
+        if value != self._value:
+            self._value = value
+            for notifier in list(self._notifiers):
+                notifier(self)
+
+    def handleKey(self, key, callback=None):
+        """Apply a key; `callback()` only when the value changed."""
+        before = self.value
+        self.applyKey(key)
+        if callback and self.value != before:
+            callback()
+
+    def load(self):
+        """Take the saved text, or the default. Text that has no meaning is reported and stays until the next save()."""
+        value = self.default
+        if self.saved_value is not None:
+            try:
+                value = self.fromstring(self.saved_value)
+            except ValueError:
+                env.log("[receiver] settings: %s can't be %r, using the default" % (self.path, self.saved_value))
+        self.value = value
+
+    def save(self):
+        """Make the current value the saved one, in memory; `configfile.save()` writes the file."""
+        is_default = self.value == self.default and not self.save_forced
+        self.saved_value = None if is_default or self.save_disabled else self.tostring(self.value)
+        if self._told != self.value:
+            self._told = self.value
+            for notifier in list(self._final_notifiers):
+                notifier(self)
+
+    def cancel(self):
+        """Go back to the saved value."""
+        self.load()
+
+    def isChanged(self):
+        """True when the value is not the saved one."""
+        saved = self.tostring(self.default) if self.saved_value is None else self.saved_value
+        return not self.save_disabled and self.tostring(self.value) != saved
+
+    def addNotifier(self, notifier, initial_call=True, immediate_feedback=True):
+        """Call `notifier(element)` at each change, or, without immediate feedback, when a change is saved; with
+        `initial_call` also now."""
+        (self._notifiers if immediate_feedback else self._final_notifiers).append(notifier)
+        if initial_call:
+            notifier(self)
+
+    def removeNotifier(self, notifier):
+        """Take a notifier away; one that is not there is ignored."""
+        for notifiers in (self._notifiers, self._final_notifiers):
+            if notifier in notifiers:
+                notifiers.remove(notifier)
+
+    def onSelect(self, session):
+        """The row was entered."""
+
+    def onDeselect(self, session):
+        """The row was left."""
+
+
+class ConfigBoolean(ConfigElement):
+    """Yes or no. Not a selection: OK on its row opens no pop-up."""
+
+    def __init__(self, default=False, descriptions=("no", "yes")):
+        super().__init__(bool(default))
+        self.descriptions = descriptions
+
+    def normalize(self, value):
+        return bool(value)
+
+    def fromstring(self, text):
+        # Old images write lower case, and people edit this file.
+        return text.lower() in ("1", "enable", "on", "true", "yes")
+
+    def getText(self):
+        return translate(self.descriptions[self.value])
+
+    def applyKey(self, key):
+        if key in (KEY_LEFT, KEY_RIGHT, KEY_OK):
+            self.value = not self.value
+        elif key in (KEY_HOME, KEY_END):
+            self.value = key == KEY_END
+
+
+class ConfigYesNo(ConfigBoolean):
+    """A boolean that says yes and no."""
+
+
+class ConfigSelection(ConfigElement):
+    """One of some values.
+
+    choices -- values, or (value, text to show) pairs, or a dict of these; order is kept.
+    default -- one of the values; the first without it.
+    """
+
+    wraparound = True
+
+    def __init__(self, choices, default=None):
+        self._define(choices)
+        super().__init__(self._known(default))
+
+    def _define(self, choices):
+        pairs = choices.items() if isinstance(choices, dict) else choices
+        self.description = dict(pair if isinstance(pair, tuple) else (pair, str(pair)) for pair in pairs)
+        self.choices = list(self.description)
+
+    def _known(self, value):
+        return value if value in self.choices else self.choices[0]
+
+    def setChoices(self, choices, default=None):
+        """Replace the choices; a value that is no longer there gives way to the default."""
+        self._define(choices)
+        self.default = self._known(default)
+        self.value = self.value
+
+    def getIndex(self):
+        """Position of the current value among the choices."""
+        return self.choices.index(self.value)
+
+    def normalize(self, value):
+        return value if value in self.choices else self.default
+
+    def fromstring(self, text):
+        for value in self.choices:
+            if self.tostring(value) == text:
+                return value
+        raise ValueError(text)
+
+    def getText(self):
+        return self.description[self.value]
+
+    def applyKey(self, key):
+        last = len(self.choices) - 1
+        step = {KEY_LEFT: -1, KEY_RIGHT: 1}.get(key, 0)
+        index = {KEY_HOME: 0, KEY_END: last}.get(key, self.getIndex() + step)
+        self.value = self.choices[index % (last + 1) if self.wraparound else min(max(index, 0), last)]
+
+
+class ConfigNothing(ConfigSelection):
+    """No value at all: for rows that only carry an action."""
+
+    def __init__(self):
+        super().__init__([("", "")])
+
+
+class ConfigSelectionNumber(ConfigSelection):
+    """A number from `min` to `max` in steps, as a selection: OK offers all of them. Boxes store its default as well."""
+
+    def __init__(self, min, max, stepwidth, default=None, wraparound=False):
+        self.wraparound = wraparound
+        super().__init__(list(range(min, max + 1, stepwidth)), default)
+        self.save_forced = True
+
+
+class ConfigInteger(ConfigElement):
+    """A whole number within limits. Digits type it, LEFT and RIGHT move it by `step` (to a multiple of it), HOME and
+    END to the limits. Unlike the zero-padded fields of boxes it shows the plain number."""
+
+    def __init__(self, default, limits=(0, 9999999999), step=1):
+        self.limits = limits
+        self.step = step
+        self._typed = None             # digits typed so far; None: the next digit starts a new number
+        super().__init__(self.normalize(default))
+
+    def normalize(self, value):
+        return min(max(int(value), self.limits[0]), self.limits[1])
+
+    def fromstring(self, text):
+        return self.normalize(text)
+
+    def getText(self):
+        return self._typed or str(self.value)
+
+    def getMulti(self, selected):
+        text = self.getText()
+        return ("mtext", text, () if self._typed else tuple(range(len(text)))) if selected else ("text", text)
+
+    def applyKey(self, key):
+        if key in KEY_NUMBERS:
+            self._type((self._typed or "") + str(getKeyNumber(key)), str(getKeyNumber(key)))
+        elif key in (KEY_DELETE, KEY_BACKSPACE):
+            self._type(self.getText()[:-1], "")
+        else:
+            self._typed = None
+            self.value = {KEY_RIGHT: (self.value // self.step + 1) * self.step, KEY_HOME: self.limits[0], KEY_END: self.limits[1],
+                          KEY_LEFT: -(-self.value // self.step + 1) * self.step}.get(key, self.value)
+
+    def _type(self, digits, restart):
+        """Show `digits`, or begin anew with `restart` when they exceed the limit; they count as soon as they are a
+        number within the limits."""
+        digits = digits.lstrip("-0") or digits[-1:]
+        if int(digits or 0) > self.limits[1]:
+            digits = restart
+        if self.limits[0] <= int(digits or 0) <= self.limits[1]:
+            self.value = int(digits or 0)
+        self._typed = digits
+
+    def onDeselect(self, session):
+        self._typed = None
+
+    def load(self):
+        self._typed = None
+        super().load()
+
+
+class ConfigText(ConfigElement):
+    """A line of text. No row of the receiver's settings is typed, so keys leave it alone.
+
+    fixed_size and visible_width are taken because hosts' code passes them; they have no effect here.
+    """
+
+    def __init__(self, default="", fixed_size=True, visible_width=False):
+        super().__init__(default)
+
+    def normalize(self, value):
+        return str(value)
