@@ -17,7 +17,7 @@ from . import env
 
 LARGEST = 16 << 20  # bytes of a file that is read as a whole
 EPG_MAGIC = b"PC-EPG"
-OWN_FILES = ("settings", "blacklist_dvb_epg")  # with whatever suffix, while they are written
+OWN_FILES = ("settings", "blacklist_dvb_epg", "blacklist.eit")  # with whatever suffix, while they are written
 
 _state = threading.local()
 _made = set()  # files and folders that this run has made

@@ -1,5 +1,6 @@
 """Nothing of the user's is lost: what the GUI may write, and odd files in a folder given with --etc."""
 import builtins
+import errno
 import io
 import os
 import pathlib
@@ -7,6 +8,7 @@ import pathlib
 import shutil
 import subprocess
 import sys
+from unittest import mock
 
 from receiver import options
 
@@ -189,6 +191,46 @@ class GivenFolderTest(TvTest):
                 self.use()
                 changed = self.changed(before)
                 self.assertTrue(all(name.startswith("box/media") for name in changed), changed)
+
+    def test_the_blacklist_is_edited_there(self):
+        comment = b"#NAME my own caf\xe9\n"
+        for image in PROFILES:
+            with self.subTest(image):
+                place = self.etc / "blacklist_dvb_epg"
+                place.write_bytes(b"#SERVICE 1:0:19:102:401:FE:640000:0:0:0:\n" + (comment if image != "full" else b""))
+                before = self.start(image)
+                self.go_to("Edit blacklist")
+                self.press("ok blue yellow")
+                if self.top.name == "MessageBox":  # something was left out, it says
+                    self.press("ok")
+                self.press("green")
+                self.assertEqual(self.top.name, "Veltro")
+                self.press("exit")
+                self.receiver.switch_off()
+                self.assertLessEqual(set(self.changed(before)), {"box settings/blacklist_dvb_epg", "box settings/settings",
+                                                                "box/media/hdd/epg.dat"})
+                self.assertGreater(place.read_bytes().count(b"#SERVICE"), 5)
+                if image != "full":
+                    self.assertIn(comment, place.read_bytes())
+
+    def test_a_folder_that_can_not_be_written(self):
+        """As for a user without the right to: every opening for writing fails there, and nothing ends the GUI."""
+        def refuse(path, *arguments):
+            raise OSError(errno.EROFS, "Read-only file system", path)
+        for image in PROFILES:
+            with self.subTest(image):
+                before = self.start(image)
+                with mock.patch.object(walls, "for_writing", refuse):
+                    self.go_to("Edit blacklist")
+                    self.press("ok blue yellow green")
+                    self.assertIsNone(self.receiver.crash)
+                    for _ in range(3):
+                        if self.top.name == "MessageBox":
+                            self.press("ok")
+                    self.press("exit exit exit")
+                    self.assertIsNone(self.receiver.crash)
+                    self.receiver.switch_off()
+                self.assertEqual([name for name in self.changed(before) if not name.startswith("box/")], [])
 
     def test_an_epg_path_that_came_with_a_list(self):
         lamedb = self.etc / "lamedb"
