@@ -1,6 +1,6 @@
 """The list widget: a cursor over rows, its page, and what each kind of row shows."""
 
-from itertools import chain
+from itertools import chain, islice
 
 from receiver.picture import Row
 
@@ -106,18 +106,18 @@ class eListbox:
 
     def moveSelection(self, direction):
         """Move as one of this class's constants says. Rows that can't be selected are passed over."""
-        choices = [index for index in range(len(self.content)) if self.content.selectable(index)]
-        if len(choices) < 2:
-            return
-        position = choices.index(self.content.cursor)
-        last = len(choices) - 1
-        target = {
-            self.moveUp: position - 1, self.moveDown: position + 1, self.moveTop: 0, self.moveEnd: last,
-            self.pageUp: max(0, position - self.page), self.pageDown: min(last, position + self.page),
-        }.get(direction, position)
-        if self.wrap:
-            target %= len(choices)
-        self.content.moveTo(choices[min(max(target, 0), last)])
+        content, step = self.content, 1 if direction in (self.moveDown, self.pageDown, self.moveTop) else -1
+        everything = range(len(content))[::step]
+        ahead = range(content.cursor + step, len(content) if step > 0 else -1, step)
+        one = [ahead, everything] if self.wrap else [ahead]
+        ways, steps = {
+            self.moveUp: (one, 1), self.moveDown: (one, 1), self.pageUp: ([ahead], self.page), self.pageDown: ([ahead], self.page),
+            self.moveTop: ([everything], 1), self.moveEnd: ([everything], 1)}.get(direction, ([], 0))
+        for way in ways:
+            rows = list(islice(filter(content.selectable, way), steps))
+            if rows:
+                content.moveTo(rows[-1])
+                return
 
     def window(self):
         """The first visible row: the page follows the cursor, and no line stays empty while there are rows above."""

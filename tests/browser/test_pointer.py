@@ -6,6 +6,7 @@ import unittest
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.actions.wheel_input import ScrollOrigin
 
+from receiver.web import camera
 from tests.browser.case import PageTest, write_services
 
 TITLE = "ORSA Veltro"
@@ -122,6 +123,9 @@ class LongListTest(PageTest):
     def test_a_finger_drags(self):
         self.use_fingers(390, 844)
         self.shows(total=2000)
+        thumb, rows = self.find(".scrollbar > div").rect, self.find(".list").rect
+        self.assertLess(abs(thumb["y"] - rows["y"]), 3)
+        self.assertLess(abs(thumb["x"] + thumb["width"] - rows["x"] - rows["width"]), 3)
         for _ in range(3):
             self.touch(self.find(".list"), *[(0, -20)] * 12)
         self.wait_for(lambda: self.first() > 5)
@@ -138,6 +142,12 @@ class FingerTest(PageTest):
             self.touch(self.button(key), *[(0, -15)] * 5)
         time.sleep(0.4)
         self.shows(title=TITLE, position=1, value="no")
+
+    def test_a_swipe_brings_the_keys_that_are_not_seen(self):
+        camera.resize(self.driver, 320, 200, 2, touch=True)
+        self.touch(self.button("1"), *[(0, -10)] * 8)
+        self.wait_for(lambda: self.js("return document.querySelector('.remote').scrollTop") > 20)
+        self.shows(position=1)
 
     def test_a_tap_and_a_held_finger_press(self):
         self.touch(self.button("down"))

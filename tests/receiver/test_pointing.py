@@ -68,6 +68,14 @@ class ScrollingTest(TvTest):
         self.receiver.scroll(-10 ** 9)
         self.assertEqual(self.state(), (0, 0))
 
+    def test_the_way_through_a_long_list_is_as_long_as_the_list(self):
+        content = self.receiver._gui.session.current_dialog["list"].l
+        asked, selectable = [], content.selectable
+        content.selectable = lambda index: asked.append(index) or selectable(index)
+        self.receiver.go_to(99)
+        self.assertEqual(self.list.selected, 99)
+        self.assertLess(len(asked), 400)
+
     def test_where_all_rows_are_seen_the_cursor_moves(self):
         self.press("exit")
         self.receiver.scroll(3)
