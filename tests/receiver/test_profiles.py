@@ -502,6 +502,16 @@ class OwnKeys:
 
 
 class OpenAtvOnly:
+    def test_365_days_are_typed(self):
+        self.switch_on()
+        self.go_to("Save EPG for X days")
+        self.press("ok menu")
+        self.assertNotEqual(self.top.name, "ChoiceBox")
+        self.press("3 6 5")
+        self.assertEqual(self.selected.value, "365")
+        self.press("green")
+        self.assertIn("config.epg.maxdays=365\n", self.settings())
+
     def test_a_client_does_not_save(self):
         self.switch_on()
         (self.epg_file).unlink(missing_ok=True)

@@ -54,6 +54,9 @@ KEYS = {
     "misc.epgcache_filename": lambda: ConfigText(default=env.EPG_FILE, fixed_size=False),
 }
 
+# What is of another kind where an image has it.
+ELSEWHERE = {"epg.maxdays": lambda: ConfigSelectionNumber(1, 365, 1, default=7)}
+
 
 def InitUsageConfig(config, profile=PROFILES["full"]):
     """Define every key on `config` that the image of `profile` has, where it has it.
@@ -63,7 +66,7 @@ def InitUsageConfig(config, profile=PROFILES["full"]):
     for key, make in KEYS.items():
         path = profile.keys.get(key, key)
         if path is not None:
-            _define(config, path, make())
+            _define(config, path, ELSEWHERE.get(path, make)())
     if "setSave" in profile.cache_methods:
         _define(config, "epg.saveepg", ConfigYesNo(default=True))
         config.epg.saveepg.addNotifier(lambda element: _cache().setSave(element.value))
