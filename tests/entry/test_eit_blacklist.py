@@ -95,6 +95,14 @@ class EitBlacklistTest(Case):
         self.switch(False)
         self.assertEqual(self.file(), b"1:0:1:1:2:3:4:0:0:0:\n" + A + b":\n", "one of the two is his")
 
+    def test_another_program_has_written_it_anew(self):
+        self.write("blacklist_dvb_epg", OURS)
+        self.start()
+        self.switch(True)
+        self.write("blacklist.eit", b"1:0:1:1:2:3:4:0:0:0\n" + B.lower() + b"\n" + A + b"\n")
+        self.switch(False)
+        self.assertEqual(self.file(), b"1:0:1:1:2:3:4:0:0:0\n")
+
     def test_after_each_save_of_the_editor(self):
         self.write("blacklist.eit", b"1:0:1:1:2:3:4:0:0:0:\n")
         self.start()

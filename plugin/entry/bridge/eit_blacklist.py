@@ -110,13 +110,14 @@ def _key(line):
 
 
 def _without(data, ours):
-    """What is left of the lines. One that is there twice is once ours and once the user's."""
+    """What is left of the lines, however another program has written them since. A service that is there twice is once ours
+    and once the user's."""
     times, left = {}, []
     for line in ours:
-        times[line] = times.get(line, 0) + 1
+        times[_key(line)] = times.get(_key(line), 0) + 1
     for line in _lines(data):
-        if times.get(line):
-            times[line] -= 1
+        if times.get(_key(line)):
+            times[_key(line)] -= 1
         else:
             left.append(line)
     return b"".join(left)
