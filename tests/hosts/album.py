@@ -1,6 +1,6 @@
-"""Takes the pictures of docs/look.md in real GUIs: two screens of one GUI side by side, an image's own and ours.
+"""Takes the pictures of real GUIs: for the README our screens, for docs/look.md an image's own and ours side by side.
 
-    script/host-pictures [FOLDER]
+    script/pictures [FOLDER]
 """
 
 from __future__ import absolute_import
@@ -18,17 +18,18 @@ from PIL import Image
 from tests.hosts import case
 
 SAMPLE = os.path.join(os.path.dirname(os.path.abspath(case.__file__)), os.pardir, os.pardir, "receiver", "sample")
-HALF = 800  # pixels that a screen is wide in its picture
+HALF, WHOLE = 800, 960  # pixels that a screen is wide in its picture, beside another one and alone
 BLACKLIST = ("1:0:19:101:401:FE:640000:0:0:0:", "1:0:1:105:401:FE:640000:0:0:0:", "1:0:19:204:402:FE:640000:0:0:0:",
              "1:0:1:302:403:FE:640000:0:0:0:", "1:0:16:501:1001:2FFF:EEEE0000:0:0:0:")
 EVENTS = """
 import time
 from enigma import eEPGCache
+TITLES = "Evening News", "The Weather", "A Night at the Harbour", "Gardens of the North", "Late Concert"
 begin = int(time.time()) // 1800 * 1800
 for line in open("/etc/enigma2/userbouquet.favourites.tv"):
     if line.startswith("#SERVICE"):
         eEPGCache.getInstance().importEvents(line.split()[1], [
-            (begin + 1800 * n, 1800, "Programme %d" % (n + 1), "", "What programme %d is about. " % (n + 1) * 6, 0)
+            (begin + 1800 * n, 1800, TITLES[(n + len(line)) % len(TITLES)], "", "What happens, where, and to whom. " * 6, 0)
             for n in range(12)])
 """
 MODULE = "from Plugins.Extensions.Veltro import plugin\n"
@@ -48,6 +49,11 @@ def settings(host):
     host.python(MODULE + "plugin.main(session)")
     host.settle()
     host.press("down", "down", "down")
+
+
+def sources(host):
+    settings(host)
+    host.press(*["down"] * 5)
 
 
 def editor(host):
@@ -103,16 +109,34 @@ PICTURES = (  # name, kit, resolution, language, the two screens, whether in the
 )
 
 
+README = (("openpli", "hd", {"settings": sources, "picker": picker, "editor": editor}),
+          ("openvix", "fhd", {"settings": sources}))
+
+
 def main(folder):
     """Write all pictures as PNGs into `folder`."""
     os.makedirs(folder, exist_ok=True)
+    readme(folder)
     for name, kit, resolution, language, screens, elsewhere in PICTURES:
         with host(kit, resolution, language, elsewhere) as running:
             halves = [taken(running, screen) for screen in screens]
-        path = os.path.join(folder, "look-%s.png" % name)
-        beside(halves).save(path)
-        subprocess.check_call(["pngquant", "--force", "--output", path, "--speed", "1", path])
-        print(path)
+        write(beside(halves), os.path.join(folder, "look-%s.png" % name))
+
+
+def readme(folder):
+    """Write the README's pictures into `folder`."""
+    for kit, resolution, screens in README:
+        with host(kit, resolution, "en_US", False) as running:
+            for name, screen in sorted(screens.items()):
+                whole = taken(running, screen)
+                whole = whole.resize((WHOLE, WHOLE * whole.height // whole.width), Image.LANCZOS)
+                write(whole, os.path.join(folder, "host-%s-%s.png" % (kit, name)))
+
+
+def write(image, path):
+    image.save(path)
+    subprocess.check_call(["pngquant", "--force", "--output", path, "--speed", "1", "--strip", path])
+    print(path)
 
 
 @contextlib.contextmanager
