@@ -67,9 +67,6 @@ class eTimer:
         self._interval = None if singleShot else msec / 1000.0
         self._arm(running.gui.loop.time() + max(0.0, msec / 1000.0))
 
-    def startLongTimer(self, seconds):
-        self.start(int(seconds) * 1000, True)
-
     def stop(self):
         if self._handle is not None:
             self._handle.cancel()
@@ -77,10 +74,6 @@ class eTimer:
 
     def isActive(self):
         return self._handle is not None
-
-    def changeInterval(self, msec):
-        if self.isActive():
-            self.start(msec, self._interval is None)
 
     def _arm(self, due):
         self._due = due

@@ -52,10 +52,8 @@ class eServiceReference:
     """
 
     isDirectory, mustDescent, canDescent, flagDirectory = 1, 2, 4, 7
-    shouldSort, hasSortKey, sort1 = 8, 16, 32
     isMarker, isGroup, isNumberedMarker, isInvisible = 64, 128, 256, 512
-    idInvalid, idStructure, idDVB, idFile = -1, 0, 1, 2
-    idUser, idServiceMP3 = 0x1000, 0x1001
+    idInvalid, idDVB, idServiceMP3 = -1, 1, 0x1001
 
     def __init__(self, *args):
         self.type, self.flags, self._data, self._path, self._name = self.idInvalid, 0, [0] * 8, "", ""
@@ -134,11 +132,6 @@ class eServiceReference:
         """Path, address or list query; "" for a broadcast service."""
         return self._path
 
-    def setPath(self, path):
-        """Set path, address or list query."""
-        _check_text(path)
-        self._path = path
-
     def getName(self):
         """The name that the reference itself carries; "" when it has none."""
         return self._name
@@ -152,19 +145,9 @@ class eServiceReference:
         """As `setName`, for a name from a file."""
         self._name = name
 
-    def getData(self, index):
-        """Data field 0 to 7 as a signed 32-bit number; 0 for another index."""
-        value = self.getUnsignedData(index)
-        return value - (1 << 32) if value >> 31 else value
-
     def getUnsignedData(self, index):
         """Data field 0 to 7 as an unsigned 32-bit number; 0 for another index."""
         return self._data[index] if 0 <= index < 8 else 0
-
-    def setData(self, index, value):
-        """Set data field 0 to 7; another index is ignored."""
-        if 0 <= index < 8:
-            self._data[index] = value & _MASK
 
     def __eq__(self, other):
         if not isinstance(other, eServiceReference):

@@ -17,8 +17,6 @@ class Text(BoxTest):
         self.assertEqual((ref.type, ref.flags), (1, 64))
         self.assertEqual([ref.getUnsignedData(i) for i in range(8)],
                          [0x19, 0x1B7B, 0xC88, 3, 0xEB0000, 0, 0, 0xFFFFFFFF])
-        self.assertEqual(ref.getData(7), -1)
-        self.assertEqual(ref.getData(8), 0)
         self.assertEqual(ref.toString(), "1:64:19:1B7B:C88:3:EB0000:0:0:FFFFFFFF:")
         self.assertEqual(ref.toCompareString(), "1:0:19:1B7B:C88:3:EB0000:0:0:FFFFFFFF:")
 
@@ -91,10 +89,8 @@ class Object(BoxTest):
         self.assertEqual(ref.toString(), '1:7:0:0:0:0:0:0:0:0:FROM BOUQUET "a%3ab"')
         copy = eServiceReference(ref)
         copy.flags = 0
-        copy.setData(0, 9)
         copy.setName("x")
-        copy.setPath("y")
-        self.assertEqual((ref.flags, ref.getData(0), ref.getName(), ref.getPath()), (7, 0, "", 'FROM BOUQUET "a:b"'))
+        self.assertEqual((ref.flags, ref.getName(), ref.getPath()), (7, "", 'FROM BOUQUET "a:b"'))
         for arguments in (("caf\udce9",), (1,), (1, 2), (b"1:0",), (1, 2, None)):
             with self.subTest(arguments), self.assertRaises(TypeError):
                 eServiceReference(*arguments)
@@ -112,7 +108,7 @@ class Object(BoxTest):
         ref = eServiceReference
         self.assertEqual((ref.isDirectory, ref.mustDescent, ref.canDescent, ref.flagDirectory), (1, 2, 4, 7))
         self.assertEqual((ref.isMarker, ref.isGroup, ref.isNumberedMarker, ref.isInvisible), (64, 128, 256, 512))
-        self.assertEqual((ref.idInvalid, ref.idDVB, ref.idFile, ref.idServiceMP3), (-1, 1, 2, 4097))
+        self.assertEqual((ref.idInvalid, ref.idDVB, ref.idServiceMP3), (-1, 1, 4097))
 
 
 class Folders(BoxTest):

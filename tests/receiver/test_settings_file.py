@@ -93,13 +93,6 @@ class Writing(SettingsTest):
         self.start()[1].save()
         self.assertEqual(self.read("settings"), before)
 
-    def test_sorted_without_case_and_digits_by_number(self):
-        names = ["config.A10", "config.a2", "config.a2.x", "config.B", "config.a1", "config.a02b"]
-        self.write("settings", "".join(name + "=1\n" for name in names))
-        self.start()[1].save()
-        self.assertEqual([line.partition("=")[0] for line in self.read("settings").decode().split("\n")[:-1]],
-                         ["config.a1", "config.a2", "config.a2.x", "config.a02b", "config.A10", "config.B"])
-
     def test_digits_without_end(self):
         self.write("settings", "config.%s=1\n" % ("7" * 9999))
         self.assertTrue(self.start()[1].save())

@@ -21,7 +21,7 @@ class FileListTest(TvTest):
         return widget
 
     def rows(self, widget):
-        return [row[0] for row in widget.getFileList()]
+        return [row[0] for row in widget.list]
 
     def test_parent_then_directories_then_files_by_bytes(self):
         root = str(self.root)
@@ -124,12 +124,6 @@ class ChoiceBoxTest(TvTest):
         self.assertEqual(self.selected.label, "three")
         self.press("down")
         self.assertEqual(self.selected.label, "one")
-
-    def test_an_entry_may_call_a_function(self):
-        calls = []
-        results = self.open(host("Screens.ChoiceBox").ChoiceBox, list=[("call", "CALLFUNC", calls.append, "argument")])
-        self.press("ok")
-        self.assertEqual((calls, results), (["argument"], []))
 
     def test_empty_list(self):
         results = self.open(host("Screens.ChoiceBox").ChoiceBox, list=[])

@@ -71,10 +71,3 @@ class FileList(ListComponent):
 
     def getCurrentDirectory(self):
         return self.current_directory
-
-    def getFileList(self):
-        return self.list
-
-    def refresh(self):
-        selection = self.getSelection()
-        self.changeDir(self.current_directory, selection and selection[0])

@@ -3,8 +3,6 @@
 Lines that mean nothing here (other software's keys, plain rubbish) are kept as they stand, trailing carriage return
 included. Hosts offer all this from `Components.config`.
 """
-import re
-
 from Components.config_elements import ConfigElement
 from receiver.data import env
 from receiver.data.files import encode, read_lines, write_atomically
@@ -113,7 +111,7 @@ class ConfigFile:
             known[key] = None
         lines = [line for line in self._lines if line.partition("=")[0] not in known]
         lines += ["%s=%s" % item for item in known.items() if item[1] is not None]
-        lines.sort(key=_sort_key)
+        lines.sort()
         try:
             if self._unreadable:
                 raise OSError(self._unreadable)
@@ -125,11 +123,3 @@ class ConfigFile:
         self._lines = lines
         self._take_texts()
         return True
-
-
-def _sort_key(line):
-    """Case does not count, and runs of digits count as numbers: "a2" stands before "A10"."""
-    parts = re.split("([0-9]+)", line.partition("=")[0].lower())
-    digits = [part.lstrip("0") for part in parts[1::2]]
-    parts[1::2] = [(len(number), number) for number in digits]
-    return parts

@@ -14,8 +14,7 @@ KEYS = [*"1234567890", *COLORS]
 class ChoiceBox(Screen):
     """Closes with the chosen entry of `list`, or with None.
 
-    list -- entries (text, value, ...); a text of "--" is a separator; an entry (text, "CALLFUNC", function, argument) calls
-            the function and leaves the box open
+    list -- entries (text, value, ...); a text of "--" is a separator
     keys -- the names of the keys that choose the entries, "" for none
     selection -- index of the entry selected at first
     """
@@ -40,16 +39,7 @@ class ChoiceBox(Screen):
 
     def go(self):
         row = self["list"].getCurrent()
-        if row is None:
-            self.cancel()
-        else:
-            self.goEntry(row[1])
-
-    def goEntry(self, entry):
-        if len(entry) > 2 and isinstance(entry[1], str) and entry[1] == "CALLFUNC":
-            entry[2](*entry[3:4])
-        else:
-            self.close(entry)
+        self.close(row and row[1])
 
     def keyNumber(self, number):
         self.goKey(str(number))
@@ -58,7 +48,7 @@ class ChoiceBox(Screen):
         for index, (name, entry) in enumerate(self.entries):
             if name == key:
                 self["list"].moveToIndex(index)
-                self.goEntry(entry)
+                self.close(entry)
                 return
 
     def cancel(self):

@@ -15,15 +15,7 @@ def AddNotification(screen, *args, **kwargs):
     AddNotificationWithCallback(None, screen, *args, **kwargs)
 
 
-def AddNotificationWithID(id, screen, *args, **kwargs):
-    AddNotificationWithCallback(None, screen, *args, **kwargs)
-
-
 def AddPopup(text, type, timeout, id=None):
     """Show a message box."""
     from Screens.MessageBox import MessageBox
     AddNotification(MessageBox, text=text, type=type, timeout=timeout)
-
-
-def RemovePopup(id):
-    """Nothing to take away: a message that is shown closes by itself or by its key."""
