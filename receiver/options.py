@@ -25,9 +25,10 @@ HELP = """
 Without --terminal, --keys or --shot the TV is shown in a browser, at http://127.0.0.1:8420.
 
 what is written:
-  The box's folders (/media/hdd, /media/usb ...) are below build/box of this project, a box for each --etc folder.
-  In the --etc folder itself: settings, blacklist_dvb_epg, with --host openvix its blacklist.eit, and an EPG file of
-  the receiver's own making if you choose that place. What else is in it is never changed, nor is anything outside these two.
+  The box's folders (/media/hdd, /media/usb ...) are below build/box of this project, a box for each
+  --etc folder. In the --etc folder itself: settings, blacklist_dvb_epg, with --host openvix its
+  blacklist.eit, and an EPG file of the receiver's own making if you choose that place. What else is
+  in it is never changed, nor is anything outside these two.
 
 keys in the browser and in the terminal:
   arrows, Enter, Esc          the arrows, OK, EXIT

@@ -55,7 +55,7 @@ class CommandLineTest(TvTest):
         self.assertEqual(code, 0)
         for word in ("--etc", "--keys", "channelup", "wait:15s", "F1 F2 F3 F4"):
             self.assertIn(word, out)
-        self.assertLessEqual(max(map(len, out.split("\n"))), 120)
+        self.assertLessEqual(max(map(len, out.split("\n"))), 100)
 
     def test_sample_is_copied_once(self):
         with tempfile.TemporaryDirectory() as folder:
