@@ -26,7 +26,38 @@ places
 KEYS = ["key_" + colour for colour in ("red", "green", "yellow", "blue")]
 
 
+CUT = """
+from Plugins.Extensions.Veltro import plugin, texts
+module, cut, language = plugin.load(), [], texts._language
+try:
+    for each in %r:
+        texts._language = lambda: each
+        for name, argument in (("Veltro", "/plugin"), ("Edit_DVB_EPG_Blacklist", "/plugin"), ("DirChoose", "/media/"),
+                               ("DVB_EPG_blacklist_ChannelSelection", "/plugin")):
+            dialog = session.instantiateDialog(getattr(module, name), argument)
+            shown = 0
+            for renderer in dialog.renderer:
+                of = [key for key, part in dialog.items() if part is renderer.source]
+                if of and (of[0].startswith("key_") or of[0].lower() == "title") and getattr(renderer, "text", None):
+                    needed, room = renderer.instance.calculateSize(), renderer.instance.size()
+                    shown += 1
+                    if needed.width() > room.width() or needed.height() > room.height() + 4:
+                        cut.append((each, name, renderer.text, needed.width(), room.width()))
+            if not shown:
+                cut.append((each, name, "no label at all"))
+            session.deleteDialog(dialog)
+finally:
+    texts._language = language
+cut
+"""
+LANGUAGES = ["cs_CZ", "de_DE", "es_ES", "fr_FR", "it_IT", "nl_NL", "pl_PL", "ru_RU", "tr_TR"]
+
+
 class Looks(case.HostCase):
+    def assertNothingCut(self):
+        """Titles and labels of keys, in our languages."""
+        self.assertEqual(self.python(CUT % (LANGUAGES,)), [])
+
     def open_image_setup(self):
         self.python("from Screens.Setup import Setup\nsession.open(Setup, 'epgsettings')")
         self.host.settle()
@@ -98,6 +129,9 @@ class InTheSkin(object):
         self.assertEqual(chooser["filelist"][:3], settings["config"][:3])
         self.assertEqual(chooser["driverfile"], settings["status"])
         self.assertFromSkin()
+
+    def test_nothing_is_cut_in_any_language(self):
+        self.assertNothingCut()
 
     def test_titles_say_where_one_is(self):
         for opens, title in ((self.open_settings, self.titles[0]), (self.open_editor, self.titles[1]),
@@ -268,6 +302,10 @@ class NothingToMakeItFromTest(Looks):
         self.assertInPlace(self.places(self.open_editor), "ServiceList", *KEYS)
         self.assertInPlace(self.places(self.open_picker), "list", *KEYS)
         self.assertEqual(len(self.screen()["rows"]) > 0, True)
+
+
+    def test_nothing_is_cut_in_any_language(self):
+        self.assertNothingCut()
 
 
 class NothingToMakeItFromFhdTest(NothingToMakeItFromTest):
