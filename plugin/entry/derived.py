@@ -88,11 +88,11 @@ class _Layout(object):
     def fitted(self, item):
         """The element as our screen can have it; None for what it has not."""
         element = item.element
-        if element.tag == "panel":
-            inner = self.fitted(Item(element[0], None))
-            if inner is not None:
-                element[0] = inner.element
-            return item if inner is not None else None
+        if element.tag == "panel":  # as the skin has it, at a place that only the host can tell
+            for inner in list(element):
+                if self.fitted(Item(inner, None)) is None:
+                    element.remove(inner)
+            return item if len(element) else None
         if element.tag != "widget":
             return item
         if element.get("addon"):

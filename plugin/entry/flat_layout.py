@@ -153,8 +153,11 @@ class FlatLayout(object):
             return
         try:
             rect = space.take(panel.get("position"), panel.get("size"), self._factor)
-        except (ValueError, AttributeError, TypeError) as error:
-            raise Unfit("a panel: %s" % error)
+        except ValueError:
+            inner = copied(panel)
+            inner.attrib.pop("name", None)
+            self.items.append(_as_written(inner, space))
+            return
         self._add(panel, Space(*rect, stacked=panel.get("layout") == "stack"), folder, depth + 1)
 
     def _is_shown(self, element):
@@ -183,9 +186,12 @@ class FlatLayout(object):
         try:
             return Item(element, space.take(element.get("position"), element.get("size"), self._factor))
         except ValueError:
-            # In letters, or in names of the skin's own: it stays in the room that it was written for.
-            frame = ElementTree.Element("panel", {"position": "%d,%d" % (space.x, space.y), "layout": "stack",
-                                                  "size": "%d,%d" % (space.width, space.height)})
-            frame.append(element)
-            return Item(frame, None)
+            return _as_written(element, space)
 
+
+def _as_written(element, space):
+    """For a place in letters, or in names of the skin's own: the element stays in the room that it was written for."""
+    frame = ElementTree.Element("panel", {"position": "%d,%d" % (space.x, space.y), "layout": "stack",
+                                          "size": "%d,%d" % (space.width, space.height)})
+    frame.append(element)
+    return Item(frame, None)

@@ -175,6 +175,14 @@ class PanelsTest(DerivedTest):
         self.assertEqual(label.get("position"), "10w,2h")
         self.assertEqual(self.layout.find("panel").get("size"), "1280,720")
 
+    def test_panels_at_places_that_only_the_host_can_tell(self):
+        self.make(PLAIN.replace("</screen>", """<panel position="margin,10" size="100,10" name="None">
+            <eLabel position="0,0" size="5,5"/><widget name="footnote" position="0,0" size="5,5"/>
+            <widget name="key_red" position="0,0" size="5,5"/></panel></screen>"""))
+        panel = self.layout.find("panel/panel")
+        self.assertEqual((panel.get("position"), panel.get("name")), ("margin,10", None))
+        self.assertEqual([each.get("source") or each.tag for each in panel], ["eLabel", "key_red"])
+
     def test_an_expression_is_no_code(self):
         for text in ("__import__('os')", "9**9**9", "e" * 2000, ""):
             self.assertRaises(ValueError, self.flat.coordinate, text, 1280, 0, 1)
