@@ -33,7 +33,8 @@ what is written:
 keys in the browser and in the terminal:
   arrows, Enter, Esc          the arrows, OK, EXIT
   F1 F2 F3 F4                 RED GREEN YELLOW BLUE
-  0-9, T, R, M, I, E          digits, TV, RADIO, MENU, INFO, EPG; without Shift letters search in the channel list
+  0-9, T, R, M, I, E          digits, TV, RADIO, MENU, INFO, EPG
+  letters without Shift       search in the channel list
   PageUp PageDown Home End    CHANNEL+ CHANNEL- PREVIOUS NEXT
   q                           in the terminal: switch the receiver off
 The receiver's console is on standard error: seen with --keys, kept with 2>FILE.
