@@ -70,7 +70,7 @@ class HostCase(unittest.TestCase):
         """A fresh box: the package, a channel list, the class's settings."""
         if cls.host:
             cls.host.kill()
-        state = os.path.join(STATES, cls.__name__)
+        state = os.path.join(STATES, cls.__module__.rpartition(".")[2], cls.__name__)
         shutil.rmtree(state, ignore_errors=True)
         files = tempfile.mkdtemp()
         try:
