@@ -34,8 +34,9 @@ class HelpTest(BoxTest):
     def test_what_the_host_has(self):
         self.config.misc.timer_show_movie_available = ConfigYesNo()
         self.config.usage.epg_buffer = ConfigYesNo()
+        self.config.misc.epg_dvb_blacklist_mode = ConfigYesNo()
         del self.config.epg.__dict__["mhw"]
-        self.assertEqual(self.unused(), [1, 3, 10, 15, 16])
+        self.assertEqual(self.unused(), [1, 3, 10])
 
     def test_the_two_labels_of_the_timer(self):
         self.load()

@@ -6,7 +6,7 @@ from Components import config as host
 from enigma import eEPGCache
 
 from ..texts import translate as _
-from . import eit_blacklist, keys
+from . import keys
 
 
 def N_(text):
@@ -52,16 +52,13 @@ def getConfigListEntry(*fields):
 
 def _help(element, text, tag):
     path = keys.path_of(element)
-    if tag == "edit_dvb_epg_blacklist" and not eit_blacklist.is_possible() or path and not keys.is_used(path):
+    setting = "misc.epg_dvb_blacklist_mode" if tag == "edit_dvb_epg_blacklist" else path
+    if setting and not keys.is_used(setting):
         return _(NOT_USED)
     if text:
         return text
     if path == "misc.epg_is_client_stb":
         return _(CLIENT if hasattr(eEPGCache, "setSave") else CLIENT_IN_PART)
-    if path == "misc.epg_data_timer" and tag == "to_save" and _is_client():
+    if path == "misc.epg_data_timer" and host.config.misc.epg_is_client_stb.value:
         return _(LOADS)
     return _(TEXTS.get(path or tag, ""))
-
-
-def _is_client():
-    return bool(host.config.misc.epg_is_client_stb.value)

@@ -18,7 +18,7 @@ from . import guard
 CONTEXT = "VeltroSettingsActions"
 PRIORITY = -3  # the module's own map has -2
 
-# Codes of the remote control: the same on every box.
+# Codes of the remote control, the same on every box: RED, OK and ENTER, then MENU, PVR, FILE, LIST and MEDIA, the digits.
 KEYS = {"leave": (398,), "select": (352, 28), "choices": (139, 393, 144, 395, 226)}
 KEYS.update((str(number), (11 if number == 0 else number + 1,)) for number in range(10))
 PRESSED = 1
