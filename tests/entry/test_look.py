@@ -18,6 +18,10 @@ class LookTest(BoxTest):
         screen = self.open()
         self.assertEqual((screen.title, screen["title"].text), ("EPG-Einstellungen", "EPG-Einstellungen"))
 
+    def test_red_is_called_as_in_the_images_setup(self):
+        self.box.catalogue = {"Cancel": "Abbrechen"}
+        self.assertEqual(self.open()["key_red"].text, "Abbrechen")
+
     def test_a_result_takes_the_place_of_the_help_until_it_goes(self):
         screen = self.open()
         helped = [index for index, row in enumerate(screen["config"].list) if row[2]][0]
@@ -50,7 +54,7 @@ class LookTest(BoxTest):
         self.box.remove()
         self.box = type(self.box)(contract=True)
         self.box.install()
-        self.assertEqual(self.open().title, "ORSA Veltro")
+        self.assertEqual((self.open().title, self.screen["key_red"].text), ("ORSA Veltro", "Exit"))
 
 
 if __name__ == "__main__":

@@ -74,7 +74,7 @@ class TextsTest(BoxTest):
 class ModuleTextsTest(BoxTest):
     def test_screens_are_translated(self):
         self.load()
-        self.box.catalogue = {"Exit": "Raus", "EPG Path :": "Pfad:"}
+        self.box.catalogue = {"Cancel": "Raus", "EPG Path :": "Pfad:"}
         screen = self.box.session.open(self.module.Veltro, "/plugin")
         self.assertEqual(screen["key_red"].text, "Raus")
         self.assertEqual(screen.list[16][0], "Pfad: /nowhere")

@@ -101,6 +101,12 @@ class InTheSkin(object):
         help_line = theirs["description"]
         self.assertEqual(ours["description"], help_line)
         self.assertEqual(ours["status"], help_line)
+        self.home()
+        self.open_image_setup()
+        red = self.text("key_red")
+        self.home()
+        self.open_settings()
+        self.assertEqual(self.text("key_red"), red)
         self.assertFromSkin()
 
     def test_help_and_results_are_to_be_seen(self):

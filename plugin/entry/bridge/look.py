@@ -14,6 +14,7 @@ class SettingsLook(object):
     def __init__(self, *arguments, **keywords):
         super(SettingsLook, self).__init__(*arguments, **keywords)
         name_screen(self, _("EPG settings"))
+        self["key_red"].text = _("Cancel")  # the word for a key that asks before it drops changes
 
     def epgBackupfinished(self, statustext):
         """A result stands where the help does, and makes room for it when it goes."""
