@@ -1,7 +1,6 @@
 """Takes from the host modules what the chosen image does not have, before a plug-in can see it."""
 
 import importlib
-import os
 import sys
 
 from receiver.data.epg_cache import eEPGCache
@@ -28,56 +27,36 @@ def _remove(owner, path):
     delattr(owner, name)
 
 
-class _ImageCache:
-    """The EPG cache with the habits of images. `_cache_class` leaves in it what the chosen one has."""
-
-    ALWAYS = ("getInstance", "load", "save", "setCacheFile")
-
-    @classmethod
-    def getInstance(cls):
-        return cls._instance
-
-    def __init__(self, profile):
-        self._cache = eEPGCache.getInstance()
-        self._profile = profile
-        self._saving = True
-
-    def setCacheFile(self, path):
-        self._cache.setCacheFile(path)
-
-    def load(self):
-        path = self._cache.cacheFile()
-        if not self._profile.renames_while_loading or not os.path.isfile(path) or self._cache.isForeign():
-            self._cache.load()
-            return
-        os.rename(path, path + ".loading")
-        self._cache.setCacheFile(path + ".loading")
-        self._cache.load()
-        readable = self._cache.fileCounts() is not None
-        self._cache.setCacheFile(path)
-        if readable:
-            os.rename(path + ".loading", path)
-
-    def save(self):
-        if self._saving and self._cache.size() >= self._profile.smallest_cache:
-            self._cache.save()
-
-    def setSave(self, on):
-        self._saving = bool(on)
-
-    def reloadEITConfig(self, which):
-        """Read the blacklist (2), the whitelist (1) or both anew. Nothing is broadcast here that they could hold back."""
-
-    def clearDB(self):
-        self._cache.clearDB()
-
-    clear = flushEPG = clearDB
-
-
 def _cache_class(profile):
-    offered = _ImageCache.ALWAYS + profile.cache_methods
-    shown = {name: value for name, value in vars(_ImageCache).items() if name in offered or name.startswith("__init")}
-    shown["_instance"] = None
-    cls = type("eEPGCache", (), shown)
-    cls._instance = cls(profile)
-    return cls
+    """The EPG cache with the habits of images and what Python sees of it there."""
+    cache = eEPGCache.getInstance()
+
+    class ImageCache:
+        saving = True
+
+        def setCacheFile(self, path):
+            cache.setCacheFile(path)
+
+        def load(self):
+            cache.load()
+
+        def save(self):
+            if self.saving and cache.size() >= profile.smallest_cache:
+                cache.save()
+
+        def setSave(self, on):
+            self.saving = bool(on)
+
+        def reloadEITConfig(self, which):
+            """Read the blacklist (2), the whitelist (1) or both anew. Nothing is broadcast here that they could hold back."""
+
+        def clear(self):
+            cache.clearDB()
+
+        flushEPG = clear
+
+    for name in {"setSave", "reloadEITConfig", "clear", "flushEPG"}.difference(profile.cache_methods):
+        delattr(ImageCache, name)
+    instance = ImageCache()
+    ImageCache.getInstance = staticmethod(lambda: instance)
+    return ImageCache

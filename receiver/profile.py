@@ -39,8 +39,6 @@ class Profile:
     smallest_cache: int = 0
     # Whether the EPG is saved when the GUI ends in good order.
     saves_at_end: bool = False
-    # Whether the EPG file has the suffix .loading while it is read; a broken one keeps it.
-    renames_while_loading: bool = False
     # Where a key is that the receiver has elsewhere by default; None: nowhere.
     keys: dict = field(default_factory=dict)
     # Whether the user can give the remote's keys functions by name.
@@ -72,7 +70,7 @@ def _image(name, **facts):
     """A box's image: what all of them have in common, and its own facts."""
     return Profile(name, keymaps=(KEYMAP, HERE / ("keymap-%s.xml" % name)), missing=MISSING_EVERYWHERE,
                    forgiving=False, empty_selection_is_none=False, describes_rows=False, smallest_cache=10240, saves_at_end=True,
-                   renames_while_loading=True, **facts)
+                   **facts)
 
 
 PROFILES = {profile.name: profile for profile in (
