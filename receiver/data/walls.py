@@ -23,9 +23,11 @@ _state = threading.local()
 _made = set()  # files and folders that this run has made
 
 # Functions of os by what they do: the positions of their paths, and whether a link there is followed.
-READS = {"stat": (0,), "lstat": (0,), "listdir": (0,), "scandir": (0,), "readlink": (0,), "statvfs": (0,)}
+READS = {"stat": (0,), "lstat": (0,), "listdir": (0,), "scandir": (0,), "readlink": (0,), "statvfs": (0,),
+         "listxattr": (0,), "getxattr": (0,)}
 CHANGES = {"remove": (0,), "unlink": (0,), "rmdir": (0,), "rename": (0, 1), "replace": (0, 1), "link": (0, 1), "symlink": (1,)}
-FOLLOWS = {"mkdir": (0,), "mkfifo": (0,), "mknod": (0,), "chmod": (0,), "chown": (0,), "utime": (0,), "truncate": (0,)}
+FOLLOWS = {"mkdir": (0,), "mkfifo": (0,), "mknod": (0,), "chmod": (0,), "chown": (0,), "utime": (0,), "truncate": (0,),
+           "setxattr": (0,), "removexattr": (0,)}
 
 
 @contextlib.contextmanager
@@ -87,6 +89,12 @@ def _is_own(place):
     return False
 
 
+def _at(path, keywords):
+    """A path as it is or, where it is in the directory of a descriptor, the PC's path that it stands for."""
+    folder = keywords.pop("dir_fd", None)
+    return path if folder is None else os.path.join(os.readlink("/proc/self/fd/%d" % folder), os.fsdecode(path))
+
+
 def _wrapped(function, positions, translate):
     @functools.wraps(function)
     def call(*arguments, **keywords):
@@ -96,7 +104,7 @@ def _wrapped(function, positions, translate):
             arguments = list(arguments)
             for position in positions:
                 if len(arguments) > position and not isinstance(arguments[position], int):
-                    arguments[position] = translate(arguments[position])
+                    arguments[position] = translate(_at(arguments[position], keywords))
             result = function(*arguments, **keywords)
             if translate is not env.real:
                 made(arguments[positions[-1]])
@@ -112,6 +120,7 @@ def _opening(function, first, second, writes):
         path, rest = named.pop(first), arguments[2:]
         if getattr(_state, "on", False) and not isinstance(path, int) and keywords.get("opener") is None:
             with outside():
+                path = _at(path, named)
                 if writes(named.get(second, "")):
                     path = for_writing(path)
                     if not os.path.exists(path):

@@ -70,6 +70,22 @@ class WallsTest(BoxTest):
                     attempt(path)
         self.assertEqual(content(self.outside), before)
 
+    def test_whole_folders(self):
+        """shutil works with descriptors of folders and names in them."""
+        with walls.inside():
+            os.makedirs("/media/hdd/a/b/c")
+            open("/media/hdd/a/b/film", "w").close()
+            shutil.copytree("/media/hdd/a", "/media/usb/copy")
+            shutil.rmtree("/media/hdd/a")
+            self.assertEqual((os.listdir("/media/hdd"), os.listdir("/media/usb/copy/b/c")), ([], []))
+        self.write("userbouquets/mine.tv", "#NAME mine")
+        os.symlink(self.outside, self.root + "/media/hdd/out")
+        before = content(self.etc), content(self.outside)
+        for path in ("/etc/enigma2/userbouquets", "/etc/enigma2", "/media/hdd/out/", self.outside):
+            with self.subTest(path), walls.inside(), self.assertRaises(OSError):
+                shutil.rmtree(path)
+        self.assertEqual((content(self.etc), content(self.outside)), before)
+
     def test_a_link_itself_can_go(self):
         os.symlink(self.letter, self.root + "/media/usb/letter")
         with walls.inside():
