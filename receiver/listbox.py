@@ -111,7 +111,8 @@ class eListbox:
         ahead = range(content.cursor + step, len(content) if step > 0 else -1, step)
         one = [ahead, everything] if self.wrap else [ahead]
         ways, steps = {
-            self.moveUp: (one, 1), self.moveDown: (one, 1), self.pageUp: ([ahead], self.page), self.pageDown: ([ahead], self.page),
+            self.moveUp: (one, 1), self.moveDown: (one, 1),
+            self.pageUp: ([ahead], self.page), self.pageDown: ([ahead], self.page),
             self.moveTop: ([everything], 1), self.moveEnd: ([everything], 1)}.get(direction, ([], 0))
         for way in ways:
             rows = list(islice(filter(content.selectable, way), steps))

@@ -7,6 +7,7 @@ const PATIENCE = 3;       // so many pings without an answer, and the receiver i
 const HOLD_MS = 450;      // a button that is held for so long repeats,
 const REPEAT_MS = 110;    // so often
 const DRAG_PX = 10;       // a finger that has moved so far does not tap
+const STILL_MS = 60;      // a finger that has not moved for so long leaves the list where it is
 
 const $ = (selector, within = document) => within.querySelector(selector);
 const frame = $("#frame");
@@ -31,7 +32,7 @@ function connect() {
   socket.onclose = () => {
     releaseAll();
     waiting = [];   // a receiver that comes back much later must not get them
-    connection("No connection: the receiver has ended. script/run starts it again.");
+    connection("No connection to the receiver; if it has ended, script/run starts it again.");
     setTimeout(connect, RECONNECT_MS);
   };
 }
@@ -198,6 +199,15 @@ function follow() {
   else if (top + row.offsetHeight > list.clientHeight) list.scrollTop += top + row.offsetHeight - list.clientHeight;
 }
 
+// What a finger has set going runs down, unless a key or another finger stops it.
+function coast(speed) {
+  requestAnimationFrame(() => {
+    if (following || drag || Math.abs(speed) < 1) return;
+    roll(speed);
+    coast(speed * 0.95);
+  });
+}
+
 const isCut = list => list.scrollHeight > list.clientHeight + 2;
 
 // Scrolls the rows that are there, then asks for others; where all are seen, the cursor moves.
@@ -239,18 +249,22 @@ function jump(event, bar) {
 
 document.addEventListener("pointerdown", event => {
   if (event.button !== 0 || !event.target.closest(".scene") || event.target.closest("button")) return;
-  const bar = event.target.closest(".scrollbar");
+  const bar = event.target.closest(".scrollbar"), list = openList();
+  if (event.target === list && event.offsetX >= list.clientWidth) return;   // on the browser's own scroll bar
   drag = {x: event.clientX, y: event.clientY, last: event.clientY, moved: Boolean(bar), bar};
   rest = 0;
   if (bar) jump(event, bar);
 });
 document.addEventListener("pointermove", event => {
+  if (!event.buttons) drag = null;
   if (!drag || !(drag.moved ||= isFar(event, drag))) return;
   if (drag.bar) jump(event, drag.bar);
-  else if (openList() && (openList().matches(".scrolling") || isCut(openList()))) roll(drag.last - event.clientY);
+  else if (openList() && (openList().matches(".scrolling") || isCut(openList()))) roll(drag.speed = drag.last - event.clientY);
   drag.last = event.clientY;
+  drag.time = event.timeStamp;
 });
-document.addEventListener("pointerup", () => {
+document.addEventListener("pointerup", event => {
+  if (drag?.speed && event.pointerType === "touch" && event.timeStamp - drag.time < STILL_MS) coast(drag.speed);
   if (drag && !drag.moved) point(document.elementFromPoint(drag.x, drag.y));
   drag = null;
 });
