@@ -101,17 +101,17 @@ class Veltro(Screen, ConfigListScreen):
         ]
         self.list = list
         if misc.epg_is_client_stb.value:
-            list += [
+            list.extend([
                 entry(translate("Load EPG data from file every X minutes (0 = off)"), misc.epg_data_timer, "", "to_save"),
                 entry(translate("Load EPG data from epg.dat"), self.input_epgrestore, "", "epgrestore"),
-            ]
+            ])
         else:
-            list += [
+            list.extend([
                 entry(translate("Save EPG data every X minutes to file (0 = off)"), misc.epg_data_timer, "", "to_save"),
                 entry(translate("Save EPG cache to epg.dat"), self.input_epgbackup, "", "epgbackup"),
                 entry(translate("Load EPG data from epg.dat"), self.input_epgrestore, "", "epgrestore"),
                 entry(translate("Delete broken epg.dat"), self.input_epgdelete, "", "epgdelete"),
-            ]
+            ])
         widget = self["config"]
         widget.list = list
         widget.l.setList(list)

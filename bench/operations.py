@@ -1,16 +1,18 @@
-"""What is measured: each operation on a host of its own, for the compiled module and for the floor in the same way."""
+"""What is measured: each operation on a host of its own, for all kinds in the same way."""
 
 import os
 import shutil
 import sys
 import tempfile
 
-from tests.host_double import host
+from tests.host_double import host as strict_host
+
+from . import kinds
+from .quick_host import host as quick_host
 
 PLUGIN_PATH = "/usr/lib/enigma2/python/Plugins/Extensions/Veltro"
 BOUQUET = "1:7:1:0:"
 MEMORY = "/dev/shm"  # files there cost no disk
-KINDS = ("module", "floor")
 
 OPERATIONS = []  # (title, whether it grows with n, prepare)
 
@@ -23,43 +25,36 @@ def operation(title, grows=False):
 
 
 class Bench(object):
-    """A host whose recorder is off, and one of the two that run on it. `prepare` functions get one and return what is
-    timed: a list of functions, each of which is called once."""
+    """A host, and one of the kinds that run on it. `prepare` functions get one and return what is timed: a list of
+    functions, each of which is called once. With `recording` the host is the tests' double."""
 
     def __init__(self, kind, recording=False):
+        self.host = host = strict_host if recording else quick_host
         host.reset(recording)
         host.start()
         self.folder = tempfile.mkdtemp(prefix="veltro-bench-", dir=MEMORY if os.path.isdir(MEMORY) else None)
         os.mkdir(os.path.join(self.folder, "enigma2"))
         self.file = os.path.join(self.folder, "enigma2", "blacklist_dvb_epg")
         host.set_sysconfdir(self.folder)
-        self.module = host.load(recording_files=False) if kind == "module" else self._load_floor()
+        self.module = kinds.LOADERS[kind](host)
 
     def close(self):
-        host.stop()
+        self.host.stop()
         shutil.rmtree(self.folder)
 
-    @staticmethod
-    def _load_floor():
-        sys.modules.pop("bench.floor", None)
-        with host.modules.installed():
-            import bench.floor
-            return bench.floor
-
-    @staticmethod
-    def services(n):
+    def services(self, n):
         """n services, each with a name of its own, by their texts."""
         texts = ["1:0:19:%X:3FB:1:C00000:0:0:0:" % number for number in range(n)]
-        host.service_names.update((text, "Service %d HD" % number) for number, text in enumerate(texts))
+        self.host.service_names.update((text, "Service %d HD" % number) for number, text in enumerate(texts))
         return texts
 
     def settings(self, selected=1):
-        screen = self.module.Veltro(host.session, PLUGIN_PATH)
+        screen = self.module.Veltro(self.host.session, PLUGIN_PATH)
         dict.__getitem__(screen, "config")._index = selected - 1
         return screen
 
     def editor(self):
-        return self.module.Edit_DVB_EPG_Blacklist(host.session, PLUGIN_PATH)
+        return self.module.Edit_DVB_EPG_Blacklist(self.host.session, PLUGIN_PATH)
 
     def write_blacklist(self, texts):
         with open(self.file, "w") as file:
@@ -93,7 +88,7 @@ def ok_save(bench, times):
 
 @operation("add n services", grows=True)
 def add(bench, n):
-    references = [host.reference(text) for text in bench.services(n)]
+    references = [bench.host.reference(text) for text in bench.services(n)]
     screen = bench.editor()
     return [lambda: screen.finishedChannelSelection(references)]
 
@@ -113,8 +108,8 @@ def save(bench, n):
 
 @operation("pick a bouquet of n services", grows=True)
 def pick(bench, n):
-    screen = bench.module.DVB_EPG_blacklist_ChannelSelection(host.session, PLUGIN_PATH)
-    screen._selection = host.reference(BOUQUET, content=bench.services(n))
+    screen = bench.module.DVB_EPG_blacklist_ChannelSelection(bench.host.session, PLUGIN_PATH)
+    screen.selection = screen._selection = bench.host.reference(BOUQUET, content=bench.services(n))
     return [screen.doNothing]
 
 
@@ -125,17 +120,17 @@ def find(bench, n):
 
 
 def verify():
-    """Both do the same to their host, event by event of the kind that counts, and leave the same file."""
+    """Module and floor do the same to their host, event by event of the kind that counts, and leave the same file."""
     for title, grows, prepare in OPERATIONS:
         seen = []
-        for kind in KINDS:
+        for kind in ("module", "floor"):
             bench = Bench(kind, recording=True)
             try:
                 timed = prepare(bench, 20 if grows else 1)
-                host.recorder.clear()
+                strict_host.recorder.clear()
                 for function in timed:
                     function()
-                seen.append((literal(host.recorder.calls, bench.folder), content(bench.file)))
+                seen.append((literal(strict_host.recorder.calls, bench.folder), content(bench.file)))
             finally:
                 bench.close()
         if seen[0] != seen[1]:

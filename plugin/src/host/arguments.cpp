@@ -16,14 +16,12 @@ bool refuse(const OperationObject& operation, const char* problem, const char* p
     return false;
 }
 
-bool bindPositions(const OperationObject& operation, PyObject* positions, PyPointer* arguments)
+bool bindPositions(const OperationObject& operation, const Given& given, PyPointer* arguments)
 {
     const OperationTable& table = *operation.table;
-    const auto given = static_cast<std::size_t>(PyTuple_Size(positions));
-    if (given > table.positions() && table.takes != Takes::anyPositions)
+    if (given.count > table.positions() && table.takes != Takes::anyPositions)
         return refuse(operation, "was given too many positional arguments");
-    for (std::size_t i = 0; i < std::min(given, table.positions()); ++i)
-        arguments[i] = PyTuple_GetItem(positions, static_cast<Py_ssize_t>(i));
+    std::copy_n(given.values, std::min(given.count, table.positions()), arguments);
     return true;
 }
 
@@ -41,15 +39,18 @@ bool bindKeyword(const OperationObject& operation, PyObject* key, PyObject* valu
     return refuse(operation, "got an unexpected keyword argument ", generation::Chars(key).get());
 }
 
-bool bindKeywords(const OperationObject& operation, PyObject* keywords, PyPointer* arguments)
+bool bindKeywords(const OperationObject& operation, const Given& given, PyPointer* arguments)
 {
-    if (keywords == nullptr || PyDict_Size(keywords) == 0)
-        return true;
-    if (operation.table->takes != Takes::parameters)
+    const Py_ssize_t named = given.names != nullptr ? PyTuple_Size(given.names) : 0;
+    const bool isDictionary = given.keywords != nullptr && PyDict_Size(given.keywords) != 0;
+    if ((named != 0 || isDictionary) && operation.table->takes != Takes::parameters)
         return refuse(operation, "takes no keyword arguments");
+    for (Py_ssize_t i = 0; i < named; ++i)
+        if (!bindKeyword(operation, PyTuple_GetItem(given.names, i), given.values[given.count + i], arguments))
+            return false;
     PyObject* key = nullptr;
     PyObject* value = nullptr;
-    for (Py_ssize_t position = 0; PyDict_Next(keywords, &position, &key, &value) != 0;)
+    for (Py_ssize_t position = 0; isDictionary && PyDict_Next(given.keywords, &position, &key, &value) != 0;)
         if (!bindKeyword(operation, key, value, arguments))
             return false;
     return true;
@@ -64,16 +65,16 @@ bool fillDefaults(const OperationObject& operation, PyPointer* arguments)
             continue;
         if (table.parameters[i].byDefault == Default::required)
             return refuse(operation, "is missing the argument ", table.parameters[i].name);
-        arguments[i] = table.parameters[i].byDefault == Default::zero ? host.zero() : Py_None;
+        arguments[i] = table.parameters[i].byDefault == Default::zero ? host[binding::kZero] : Py_None;
     }
     return true;
 }
 
 } // namespace
 
-bool bindArguments(const OperationObject& operation, PyObject* positions, PyObject* keywords, PyPointer* arguments)
+bool bindArguments(const OperationObject& operation, const Given& given, PyPointer* arguments)
 {
-    return bindPositions(operation, positions, arguments) && bindKeywords(operation, keywords, arguments) &&
+    return bindPositions(operation, given, arguments) && bindKeywords(operation, given, arguments) &&
            fillDefaults(operation, arguments);
 }
 

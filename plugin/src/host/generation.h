@@ -41,6 +41,11 @@ private:
 /// A dictionary's value for a native string: borrowed; null without an exception when there is none.
 [[nodiscard]] PyObject* dictGet(PyObject* dict, PyObject* key);
 
+/// object(arguments...), and object.name(arguments...) where the object stands in the room's place for `self`. The room is
+/// the callee's meanwhile.
+[[nodiscard]] PyObject* call(PyObject* callable, CallRoom& room, std::size_t count);
+[[nodiscard]] PyObject* callMethod(PyObject* name, CallRoom& room, std::size_t count);
+
 /// import `name`, or from `name` import `names`; never relative to a package.
 [[nodiscard]] PyObject* importModule(const char* name, PyObject* globals, PyObject* names);
 

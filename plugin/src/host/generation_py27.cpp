@@ -63,6 +63,16 @@ PyObject* dictGet(PyObject* dict, PyObject* key)
     return PyDict_GetItem(dict, key);
 }
 
+PyObject* call(PyObject* callable, CallRoom& room, std::size_t)
+{
+    return PyObject_CallFunctionObjArgs(callable, room[2], room[3], room[4], room[5], nullptr);
+}
+
+PyObject* callMethod(PyObject* name, CallRoom& room, std::size_t)
+{
+    return PyObject_CallMethodObjArgs(room[1], name, room[2], room[3], room[4], room[5], nullptr);
+}
+
 PyObject* importModule(const char* name, PyObject* globals, PyObject* names)
 {
     return PyImport_ImportModuleLevel(const_cast<char*>(name), globals, globals, names, 0);
@@ -100,7 +110,7 @@ PyObject* metaclassOf(PyObject* bases)
 void freeOperation(PyObject* self)
 {
     PyObject_GC_UnTrack(self);
-    Py_XDECREF(operationOf(self).bindings);
+    Py_XDECREF(operationOf(self).owner);
     PyObject_GC_Del(self);
 }
 

@@ -5,7 +5,20 @@
 #include "host/load.h"
 #include "host/operation_object.h"
 
+#include <structmember.h>
+
 #include <array>
+#include <cstddef>
+
+// Not in the stable ABI of 3.8, but interpreters have them: the first two from 3.9 on, the third one all. Where one is
+// missing, the binary still loads, and the name is null.
+extern "C" {
+__attribute__((weak)) PyObject* PyObject_Vectorcall(PyObject* callable, PyObject* const* arguments, std::size_t count,
+                                                    PyObject* names);
+__attribute__((weak)) PyObject* PyObject_VectorcallMethod(PyObject* name, PyObject* const* arguments, std::size_t count,
+                                                          PyObject* names);
+__attribute__((weak)) PyObject* PyMethod_New(PyObject* function, PyObject* self);
+}
 
 namespace veltro::host::generation {
 
@@ -13,6 +26,12 @@ namespace {
 
 constexpr const char* kModuleName = "Veltro";
 constexpr const char* kOperationTypeName = "Veltro.operation";
+
+// In the count of a vector call: the callee may use the place in front of the arguments.
+constexpr std::size_t kRoomInFront = std::size_t{1} << (8 * sizeof(std::size_t) - 1);
+
+// Of a type that can be called so (Py_TPFLAGS_HAVE_VECTORCALL).
+constexpr unsigned long kHasVectorCall = 1UL << 11;
 
 } // namespace
 
@@ -65,6 +84,20 @@ PyObject* dictGet(PyObject* dict, PyObject* key)
     return PyDict_GetItemWithError(dict, key);
 }
 
+PyObject* call(PyObject* callable, CallRoom& room, std::size_t count)
+{
+    if (PyObject_Vectorcall != nullptr)
+        return PyObject_Vectorcall(callable, &room[2], count | kRoomInFront, nullptr);
+    return PyObject_CallFunctionObjArgs(callable, room[2], room[3], room[4], room[5], nullptr);
+}
+
+PyObject* callMethod(PyObject* name, CallRoom& room, std::size_t count)
+{
+    if (PyObject_VectorcallMethod != nullptr)
+        return PyObject_VectorcallMethod(name, &room[1], (count + 1) | kRoomInFront, nullptr);
+    return PyObject_CallMethodObjArgs(room[1], name, room[2], room[3], room[4], room[5], nullptr);
+}
+
 PyObject* importModule(const char* name, PyObject* globals, PyObject* names)
 {
     return PyImport_ImportModuleLevel(name, globals, globals, names, 0);
@@ -82,6 +115,8 @@ PyObject* bindMethod(PyObject* methodType, PyObject* operation, PyObject* instan
         Py_INCREF(operation);
         return operation;
     }
+    if (PyMethod_New != nullptr)
+        return PyMethod_New(operation, instance);
     return PyObject_CallFunctionObjArgs(methodType, operation, instance, nullptr);
 }
 
@@ -112,7 +147,7 @@ void freeOperation(PyObject* self)
 {
     auto* const type = reinterpret_cast<PyObject*>(Py_TYPE(self));
     PyObject_GC_UnTrack(self);
-    Py_XDECREF(operationOf(self).bindings);
+    Py_XDECREF(operationOf(self).owner);
     PyObject_GC_Del(self);
     Py_DECREF(type);
 }
@@ -127,6 +162,11 @@ constexpr void* slot(Function* function)
 
 PyObject* operationType(PyObject* moduleName)
 {
+    std::array members{
+        PyMemberDef{"__vectorcalloffset__", T_PYSSIZET, offsetof(OperationObject, vectorcall), READONLY, nullptr},
+        PyMemberDef{nullptr, 0, 0, 0, nullptr},
+    };
+    const bool canVectorCall = PyObject_Vectorcall != nullptr;
     std::array slots{
         PyType_Slot{Py_tp_new, slot(&refuseNew)},
         PyType_Slot{Py_tp_dealloc, slot(&freeOperation)},
@@ -135,11 +175,14 @@ PyObject* operationType(PyObject* moduleName)
         PyType_Slot{Py_tp_descr_get, slot(&operationGet)},
         PyType_Slot{Py_tp_repr, slot(&operationRepr)},
         PyType_Slot{Py_tp_getset, kOperationAttributes},
+        PyType_Slot{canVectorCall ? Py_tp_members : 0, canVectorCall ? members.data() : nullptr},
         PyType_Slot{0, nullptr},
     };
     // A method descriptor: `screen.up()` may call the operation with the screen in front and make no method object.
     PyType_Spec spec{kOperationTypeName, sizeof(OperationObject), 0,
-                     Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC | Py_TPFLAGS_METHOD_DESCRIPTOR, slots.data()};
+                     static_cast<unsigned int>(Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC | Py_TPFLAGS_METHOD_DESCRIPTOR |
+                                               (canVectorCall ? kHasVectorCall : 0)),
+                     slots.data()};
     PyObject* const type = PyType_FromSpec(&spec);
     // Instances find __module__ on their type, so that help() counts the operations among the module's own.
     if (type == nullptr || PyObject_SetAttrString(type, "__module__", moduleName) == 0)

@@ -1,6 +1,5 @@
 // What an operation asks of its host, by name.
 
-#include "host/bindings.h"
 #include "host/generation.h"
 #include "host/require.h"
 
@@ -9,7 +8,7 @@ namespace veltro::host {
 Object Host::operator[](Named name) const
 {
     const PyPointer key = constant(name.text);
-    for (const PyPointer names : {globals(), builtins()}) {
+    for (const PyPointer names : {bindings_[binding::kGlobals], bindings_[binding::kBuiltins]}) {
         if (const PyPointer found = generation::dictGet(names, key))
             return Object::share(*this, found);
         if (PyErr_Occurred() != nullptr) // a key of the host's own type may refuse to be compared
@@ -78,44 +77,14 @@ Object makeTuple(Host host, std::span<const Argument> values)
 
 } // namespace detail
 
-PyPointer Host::globals() const noexcept
-{
-    return PyTuple_GetItem(bindings_, binding::kGlobals);
-}
-
-PyPointer Host::builtins() const noexcept
-{
-    return PyTuple_GetItem(bindings_, binding::kBuiltins);
-}
-
-PyPointer Host::methodType() const noexcept
-{
-    return PyTuple_GetItem(bindings_, binding::kMethodType);
-}
-
-PyPointer Host::operationType() const noexcept
-{
-    return PyTuple_GetItem(bindings_, binding::kOperationType);
-}
-
-PyPointer Host::zero() const noexcept
-{
-    return PyTuple_GetItem(bindings_, binding::kZero);
-}
-
-PyPointer Host::constant(Text text) const noexcept
-{
-    return PyTuple_GetItem(bindings_, binding::kFirstText + static_cast<Py_ssize_t>(text.index()));
-}
-
 Object Host::open() const
 {
-    return Object::share(*this, PyTuple_GetItem(bindings_, binding::kOpen));
+    return Object::share(*this, bindings_[binding::kOpen]);
 }
 
 Object Host::ioError() const
 {
-    return Object::share(*this, PyTuple_GetItem(bindings_, binding::kIOError));
+    return Object::share(*this, bindings_[binding::kIOError]);
 }
 
 } // namespace veltro::host

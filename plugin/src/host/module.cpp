@@ -1,6 +1,5 @@
 #include "host/module.h"
 
-#include "host/bindings.h"
 #include "host/generation.h"
 #include "host/require.h"
 
@@ -20,14 +19,25 @@ Object borrowOrThrow(PyPointer borrowed)
     return Object::adopt(kNoHostYet, borrowed);
 }
 
-/// The tuple behind every Host of this load.
+void freeArray(PyObject* capsule)
+{
+    delete[] static_cast<PyPointer*>(PyCapsule_GetPointer(capsule, nullptr));
+}
+
+/// The tuple behind every Host of this load, with the array that Host reads.
 Object makeBindings(PyPointer module)
 {
     const std::string_view texts = Text::all();
-    const auto size = binding::kFirstText + std::count(texts.begin(), texts.end(), '\0');
-    Object bindings = Object::adopt(kNoHostYet, PyTuple_New(size));
-    const auto bind = [&](Py_ssize_t place, Object value) {
-        require(PyTuple_SetItem(bindings.get(), place, value.release()));
+    const auto size = binding::kFirstText + static_cast<std::size_t>(std::count(texts.begin(), texts.end(), '\0'));
+    Object bindings = Object::adopt(kNoHostYet, PyTuple_New(static_cast<Py_ssize_t>(size)));
+    auto* const array = new PyPointer[size]{bindings.get()};
+    const auto keep = [&](std::size_t place, Object value) {
+        require(PyTuple_SetItem(bindings.get(), static_cast<Py_ssize_t>(place), value.release()));
+    };
+    keep(binding::kTuple, Object::adopt(kNoHostYet, PyCapsule_New(array, nullptr, &freeArray)));
+    const auto bind = [&](std::size_t place, Object value) {
+        array[place] = value.get();
+        keep(place, std::move(value));
     };
     const auto own = [](PyPointer fresh) { return Object::adopt(kNoHostYet, fresh); };
 
@@ -40,10 +50,16 @@ Object makeBindings(PyPointer module)
     bind(binding::kOperationType,
          own(generation::operationType(own(PyObject_GetAttrString(module, "__name__")).get())));
     bind(binding::kZero, own(generation::newInteger(0)));
-    Py_ssize_t place = binding::kFirstText;
+    std::size_t place = binding::kFirstText;
     for (const char* text = texts.begin(); text != texts.end(); text += std::strlen(text) + 1)
         bind(place++, own(generation::internText(text)));
     return bindings;
+}
+
+Host hostOf(const Object& bindings)
+{
+    PyObject* const capsule = PyTuple_GetItem(bindings.get(), binding::kTuple);
+    return Host(static_cast<PyPointer*>(PyCapsule_GetPointer(capsule, nullptr)));
 }
 
 /// In a class body the language writes a private name `__x` as `_Class__x`.
@@ -98,13 +114,13 @@ bool fillNamespace(const void* context, PyObject* classNamespace) noexcept
 } // namespace
 
 Module::Module(PyPointer module)
-    : bindings_(makeBindings(module)), module_(Object::share(Host(bindings_.get()), module))
+    : bindings_(makeBindings(module)), module_(Object::share(hostOf(bindings_), module))
 {
 }
 
 void Module::bind(const Object& name, const Object& value, At at) const
 {
-    require(PyObject_SetItem(host().globals(), name.get(), value.get()), at);
+    require(PyObject_SetItem(host()[binding::kGlobals], name.get(), value.get()), at);
 }
 
 void Module::bind(const char* name, const Object& value, At at) const
@@ -119,7 +135,7 @@ void Module::setDoc(const char* doc) const
 
 Object Module::import(const char* name, const Object& names, At at) const
 {
-    return Object::adopt(host(), generation::importModule(name, host().globals(), names.get()), at);
+    return Object::adopt(host(), generation::importModule(name, host()[binding::kGlobals], names.get()), at);
 }
 
 void Module::take(const Object& from, const Object& name, At at) const

@@ -44,7 +44,7 @@ private:
     void bind(const char* name, const Object& value, At at) const;
     void bind(const Object& name, const Object& value, At at) const;
 
-    Object bindings_; // keeps what `host()` reads alive until the first operation does
+    Object bindings_; // the tuple: keeps what `host()` reads alive until the first operation does
     Object module_;
 };
 

@@ -41,8 +41,6 @@ Object::~Object()
 
 Argument::Argument(Host, const Object& object) noexcept : pointer_(object.get()) {}
 
-Argument::Argument(Host host, Text text) noexcept : pointer_(host.constant(text)) {}
-
 Argument::Argument(Host, NoValue) noexcept : pointer_(Py_None) {}
 
 PyPointer Argument::boolean(bool value) noexcept
@@ -79,16 +77,14 @@ void Object::storeItem(Named key, Argument value) const
     require(PyObject_SetItem(pointer_, host_.constant(key.text), value.get()), key.at);
 }
 
-Object Object::callMethod(Named method, const Arguments& a) const
+Object Object::callMethod(Named method, CallRoom& room, std::size_t count) const
 {
-    return adopt(host_,
-                 PyObject_CallMethodObjArgs(pointer_, host_.constant(method.text), a[0], a[1], a[2], a[3], nullptr),
-                 method.at);
+    return adopt(host_, generation::callMethod(host_.constant(method.text), room, count), method.at);
 }
 
-Object Object::callSelf(At at, const Arguments& a) const
+Object Object::callSelf(At at, CallRoom& room, std::size_t count) const
 {
-    return adopt(host_, PyObject_CallFunctionObjArgs(pointer_, a[0], a[1], a[2], a[3], nullptr), at);
+    return adopt(host_, generation::call(pointer_, room, count), at);
 }
 
 Object Object::apply(const Object& arguments, const Object& keywords, At at) const
@@ -128,7 +124,7 @@ bool Object::isEqual(Argument value, At at) const
 
 bool Object::isPositive(At at) const
 {
-    return adopt(host_, PyObject_RichCompare(pointer_, host_.zero(), Py_GT), at).truth(at);
+    return adopt(host_, PyObject_RichCompare(pointer_, host_[binding::kZero], Py_GT), at).truth(at);
 }
 
 Object Object::toText(At at) const

@@ -10,6 +10,7 @@
 #pragma once
 
 #include "host/at.h"
+#include "host/bindings.h"
 #include "host/text.h"
 
 #include <array>
@@ -42,10 +43,10 @@ struct NoValue {};
 inline constexpr NoValue kNoValue{};
 
 /// One load of the module as its operations see it: the module's namespace, the built-ins, the constant texts, and what
-/// start-up bound. A borrowed pointer to one tuple that every operation of that load holds.
+/// start-up bound. Borrowed: every operation of that load holds the tuple behind it.
 class Host {
 public:
-    constexpr explicit Host(PyPointer bindings) noexcept : bindings_(bindings) {}
+    constexpr explicit Host(const PyPointer* bindings) noexcept : bindings_(bindings) {}
 
     /// Looks a name up now: in the module's namespace, then among the built-ins. NameError if neither has it.
     [[nodiscard]] Object operator[](Named name) const;
@@ -76,23 +77,19 @@ public:
     [[nodiscard]] Object ioError() const;
 
     // For the host layer itself; borrowed.
-    [[nodiscard]] PyPointer globals() const noexcept;
-    [[nodiscard]] PyPointer builtins() const noexcept;
-    [[nodiscard]] PyPointer methodType() const noexcept;
-    [[nodiscard]] PyPointer operationType() const noexcept;
-    [[nodiscard]] PyPointer zero() const noexcept;
-    [[nodiscard]] PyPointer constant(Text text) const noexcept;
-    [[nodiscard]] PyPointer bindings() const noexcept { return bindings_; }
+    [[nodiscard]] PyPointer operator[](binding::Place place) const noexcept { return bindings_[place]; }
+    [[nodiscard]] PyPointer constant(Text text) const noexcept { return bindings_[binding::kFirstText + text.index()]; }
+    [[nodiscard]] const PyPointer* bindings() const noexcept { return bindings_; }
 
 private:
-    PyPointer bindings_;
+    const PyPointer* bindings_;
 };
 
 /// One value on its way into a host call, borrowed: an Object, a constant text, a bool or no value.
 class Argument {
 public:
     Argument(Host host, const Object& object) noexcept;
-    Argument(Host host, Text text) noexcept;
+    Argument(Host host, Text text) noexcept : pointer_(host.constant(text)) {}
     Argument(Host host, NoValue) noexcept;
     Argument(Host, std::same_as<bool> auto value) noexcept : pointer_(boolean(value)) {}
 
@@ -104,6 +101,10 @@ private:
 
     PyPointer pointer_;
 };
+
+/// The arguments of a call as CPython likes them: a place that the callee may use, one for `self`, and up to four
+/// arguments. A null follows the last one.
+using CallRoom = std::array<PyPointer, 7>;
 
 class Object {
 public:
@@ -143,14 +144,16 @@ public:
     template <class... Values>
     Object call(Named method, const Values&... values) const
     {
-        return callMethod(method, {Argument(host_, values).get()...});
+        CallRoom room{nullptr, pointer_, Argument(host_, values).get()...};
+        return callMethod(method, room, sizeof...(values));
     }
 
     /// object(arguments...)
     template <class... Values>
     Object operator()(At at, const Values&... values) const
     {
-        return callSelf(at, {Argument(host_, values).get()...});
+        CallRoom room{nullptr, nullptr, Argument(host_, values).get()...};
+        return callSelf(at, room, sizeof...(values));
     }
 
     /// object(*arguments, **keywords)
@@ -204,10 +207,8 @@ private:
     void storeAttr(Named name, Argument value) const;
     void storeItem(Named key, Argument value) const;
     [[nodiscard]] Object fetchItem(Argument key, At at) const;
-    // CPython's calls read their arguments up to the first null, so the unused places are null.
-    using Arguments = std::array<PyPointer, 4>;
-    Object callMethod(Named method, const Arguments& arguments) const;
-    Object callSelf(At at, const Arguments& arguments) const;
+    Object callMethod(Named method, CallRoom& room, std::size_t count) const;
+    Object callSelf(At at, CallRoom& room, std::size_t count) const;
     [[nodiscard]] bool isEqual(Argument value, At at) const;
     [[nodiscard]] bool isEqual(const Object& value, At at) const { return isEqual(Argument(host_, value), at); }
 

@@ -45,6 +45,35 @@ PyObject* run(const OperationObject& operation, const PyPointer* arguments) noex
     return nullptr;
 }
 
+PyObject* newTuple(PyObject* const* from, PyObject* const* to)
+{
+    PyObject* const tuple = PyTuple_New(to > from ? to - from : 0);
+    for (Py_ssize_t i = 0; tuple != nullptr && from < to; ++from, ++i) {
+        Py_INCREF(*from);
+        PyTuple_SetItem(tuple, i, *from);
+    }
+    return tuple;
+}
+
+/// `makeRest` gives the tuple of *args, from the position on that it is told.
+template <class MakeRest>
+PyObject* bindAndRun(const OperationObject& operation, const Given& given, const MakeRest& makeRest)
+{
+    std::array<PyPointer, OperationTable::kMostParameters> arguments{};
+    if (!bindArguments(operation, given, arguments.data()))
+        return nullptr;
+    if (operation.table->takes != Takes::anyPositions)
+        return run(operation, arguments.data());
+
+    PyObject* const rest = makeRest(operation.table->positions());
+    if (rest == nullptr)
+        return nullptr; // GCOVR_EXCL_LINE: out of memory
+    arguments[operation.table->positions()] = rest;
+    PyObject* const result = run(operation, arguments.data());
+    Py_DECREF(rest);
+    return result;
+}
+
 /// "Veltro.keyOk" for an operation of a class, "doEPGAction" for a function of the module.
 PyObject* qualifiedName(const OperationObject& operation)
 {
@@ -57,26 +86,30 @@ PyObject* qualifiedName(const OperationObject& operation)
 
 PyObject* operationCall(PyObject* self, PyObject* positions, PyObject* keywords)
 {
-    const OperationObject& operation = operationOf(self);
-    std::array<PyPointer, OperationTable::kMostParameters> arguments{};
-    if (!bindArguments(operation, positions, keywords, arguments.data()))
-        return nullptr;
-    if (operation.table->takes != Takes::anyPositions)
-        return run(operation, arguments.data());
+    // Only as many as an operation has parameters are looked at one by one.
+    std::array<PyPointer, OperationTable::kMostParameters> values{};
+    const Py_ssize_t count = PyTuple_Size(positions);
+    for (Py_ssize_t i = 0; i < std::min<Py_ssize_t>(count, values.size()); ++i)
+        values[static_cast<std::size_t>(i)] = PyTuple_GetItem(positions, i);
+    const Given given{values.data(), static_cast<std::size_t>(count), nullptr, keywords};
+    return bindAndRun(operationOf(self), given, [&](std::size_t named) {
+        return PyTuple_GetSlice(positions, static_cast<Py_ssize_t>(named), count);
+    });
+}
 
-    const auto named = static_cast<Py_ssize_t>(operation.table->positions());
-    PyObject* const rest = PyTuple_GetSlice(positions, named, PyTuple_Size(positions));
-    if (rest == nullptr)
-        return nullptr; // GCOVR_EXCL_LINE: out of memory
-    arguments[operation.table->positions()] = rest;
-    PyObject* const result = run(operation, arguments.data());
-    Py_DECREF(rest);
-    return result;
+PyObject* operationVectorCall(PyObject* self, PyObject* const* values, std::size_t count, PyObject* names)
+{
+    constexpr std::size_t kMark = std::size_t{1} << (8 * sizeof(std::size_t) - 1);
+    const OperationObject& operation = operationOf(self);
+    const Given given{values, count & ~kMark, names, nullptr};
+    if (given.count == operation.table->count && names == nullptr && operation.table->takes != Takes::anyPositions)
+        return run(operation, values); // what a key handler's call looks like
+    return bindAndRun(operation, given, [&](std::size_t named) { return newTuple(values + named, values + given.count); });
 }
 
 PyObject* operationGet(PyObject* self, PyObject* instance, PyObject* type)
 {
-    return generation::bindMethod(Host(operationOf(self).bindings).methodType(), self, instance, type);
+    return generation::bindMethod(Host(operationOf(self).bindings)[binding::kMethodType], self, instance, type);
 }
 
 PyObject* operationRepr(PyObject* self)
@@ -92,8 +125,8 @@ PyObject* operationRepr(PyObject* self)
 int operationTraverse(PyObject* self, visitproc visit, void* context)
 {
     // The type is left out: on 3.8 it must not be visited, and no cycle of ours runs through it.
-    PyObject* const bindings = operationOf(self).bindings;
-    return bindings == nullptr ? 0 : visit(bindings, context);
+    PyObject* const owner = operationOf(self).owner;
+    return owner == nullptr ? 0 : visit(owner, context);
 }
 
 PyGetSetDef kOperationAttributes[] = {
@@ -128,18 +161,20 @@ PyPointer newBool(bool value)
 
 bool Object::isOperation(const OperationTable& table) const noexcept
 {
-    return reinterpret_cast<PyPointer>(Py_TYPE(pointer_)) == host_.operationType() &&
+    return reinterpret_cast<PyPointer>(Py_TYPE(pointer_)) == host_[binding::kOperationType] &&
            operationOf(pointer_).table == &table;
 }
 
 Object makeOperation(Host host, const OperationTable& table, const char* className)
 {
-    Object object = Object::adopt(host, generation::allocateOperation(host.operationType()));
+    Object object = Object::adopt(host, generation::allocateOperation(host[binding::kOperationType]));
     OperationObject& operation = operationOf(object.get());
     operation.table = &table;
     operation.className = className;
     operation.bindings = host.bindings();
-    Py_INCREF(operation.bindings);
+    operation.owner = host[binding::kTuple];
+    operation.vectorcall = &operationVectorCall;
+    Py_INCREF(operation.owner);
     return object;
 }
 
