@@ -26,12 +26,16 @@ def _run():
                 timed = prepare(bench, SIZE if grows else TIMES)
                 gc.collect()
                 gc.disable()
-                os.getppid()
-                for function in timed:
-                    function()
-                os.getppid()
+                _between_marks(timed)
                 gc.enable()
                 bench.close()
+
+
+def _between_marks(timed):
+    os.getppid()
+    for function in timed:
+        function()
+    os.getppid()
 
 
 def instructions():

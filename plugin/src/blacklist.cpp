@@ -139,16 +139,21 @@ private:
         const Object references = host().list();
         for (const Object& row : each(attr("servicelist"_t)))
             references.append(row.item(3));
-        if (references.size() == 0)
+        const std::size_t count = references.size();
+        if (count == 0)
             return host().text(""_t);
+        // What stands around the lines goes into the outer ones, so that the whole text is copied once.
         const Object newline = host().text("\n"_t);
-        const Object between = newline.plus(start_str);
-        return host().text(""_t).call("join"_t, host().tuple(start_str, between.call("join"_t, references), newline));
+        references.setItem(0, start_str.plus(references.item(0)));
+        references.setItem(count - 1, references.item(static_cast<int>(count - 1)).plus(newline));
+        return newline.plus(start_str).call("join"_t, references);
     }
 
     /// Live services (1) and streams (4097); bouquets, recordings and the rest have no EPG of their own.
     [[nodiscard]] static bool isWanted(const Object& reference)
     {
+        if (reference.startsWith("1:"_t).value_or(false) || reference.startsWith("4097:"_t).value_or(false))
+            return true; // nearly all, without taking the text apart
         const Object type = reference.call("split"_t, ":"_t, reference.host().integer(1)).item(0);
         return type.equals("1"_t) || type.equals("4097"_t);
     }

@@ -11,8 +11,9 @@ namespace {
 
 bool find_in_list(Host, const Object& list, const Object& search, const Object& listpos)
 {
+    const std::optional<int> position = listpos.asIndex();
     for (const Object& row : each(list))
-        if (row.item(listpos).equals(search))
+        if ((position ? row.item(*position) : row.item(listpos)).equals(search))
             return true;
     return false;
 }

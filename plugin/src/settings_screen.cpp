@@ -122,11 +122,13 @@ struct Veltro : host::Screen {
     {
         const Object returnValue = tagOfSelection();
         if (returnValue.equals("epgbackup"_t)) {
-            saveCache();
-            showResult(resultWithFile("Saving of EPG cache to %s finished"_t));
+            host::ConfigTree tree(host());
+            saveCache(tree);
+            showResult(resultWithFile("Saving of EPG cache to %s finished"_t, tree));
         } else if (returnValue.equals("epgrestore"_t)) {
             host().call("doEPGAction"_t, "load"_t);
-            showResult(resultWithFile("Loading EPG data from %s finished"_t));
+            host::ConfigTree tree(host());
+            showResult(resultWithFile("Loading EPG data from %s finished"_t, tree));
         } else if (returnValue.equals("epgdelete"_t)) {
             host().call("doEPGAction"_t, "cleardb"_t);
             showResult(host().translate("Clearing EPG DB finished"_t));
@@ -191,7 +193,6 @@ private:
     [[nodiscard]] ConfigList configList() const { return ConfigList(widget("config"_t)); }
     [[nodiscard]] SettingsEntry currentEntry() const { return SettingsEntry(configList().current()); }
     [[nodiscard]] Object cacheFile() const { return config(host(), keys::kEpgCacheFilename).value(); }
-    [[nodiscard]] bool isClient() const { return config(host(), keys::kEpgIsClient).value().truth(); }
     [[nodiscard]] static bool isToSave(const SettingsEntry& entry) { return entry.tag().equals("to_save"_t); }
 
     /// The tag of the selected row; no value when no row is selected or the row has no tag.
@@ -207,20 +208,20 @@ private:
     }
 
     /// Saves with client mode off, which would keep the platform from saving. An error leaves it off.
-    void saveCache() const
+    void saveCache(host::ConfigTree& tree) const
     {
-        const bool toggle = isClient();
+        const bool toggle = tree.element(keys::kEpgIsClient).value().truth();
         if (toggle)
-            config(host(), keys::kEpgIsClient).setValue(false);
+            tree.element(keys::kEpgIsClient).setValue(false);
         host().call("doEPGAction"_t, "save"_t);
         if (toggle)
-            config(host(), keys::kEpgIsClient).setValue(true);
+            tree.element(keys::kEpgIsClient).setValue(true);
     }
 
     /// The translated text first, the file's path in it afterwards.
-    [[nodiscard]] Object resultWithFile(host::Named id) const
+    [[nodiscard]] Object resultWithFile(host::Named id, host::ConfigTree& tree) const
     {
-        return host().translate(id).format(cacheFile(), id.at);
+        return host().translate(id).format(tree.element(keys::kEpgCacheFilename).value(), id.at);
     }
 
     /// The pop-up list of a selection's choices. A row of any other kind has none.

@@ -13,6 +13,8 @@ extern const char* const kBuiltinsModule;
 [[nodiscard]] PyObject* internText(const char* chars);
 [[nodiscard]] PyObject* joinText(const char* first, const char* second, const char* third);
 [[nodiscard]] bool textEquals(PyObject* text, const char* chars);
+[[nodiscard]] bool textEquals(PyObject* one, PyObject* other); // of two plain ones
+[[nodiscard]] bool textStartsWith(PyObject* text, PyObject* start); // of two plain ones
 
 /// A native string of the interpreter's generation, not of a subclass.
 [[nodiscard]] bool isPlainText(PyObject* object);
@@ -36,15 +38,16 @@ private:
 [[nodiscard]] PyObject* recursionError();
 
 [[nodiscard]] PyObject* newInteger(long value);
+[[nodiscard]] long plainInteger(PyObject* object); // -1 for what is no plain integer, and for one that is too large
 [[nodiscard]] PyObject* toInteger(PyObject* object); // int(object)
 
 /// A dictionary's value for a native string: borrowed; null without an exception when there is none.
 [[nodiscard]] PyObject* dictGet(PyObject* dict, PyObject* key);
 
-/// object(arguments...), and object.name(arguments...) where the object stands in the room's place for `self`. The room is
-/// the callee's meanwhile.
-[[nodiscard]] PyObject* call(PyObject* callable, CallRoom& room, std::size_t count);
-[[nodiscard]] PyObject* callMethod(PyObject* name, CallRoom& room, std::size_t count);
+/// object(arguments...), and object.name(arguments...) where the object stands in the place for `self`. `room` is a
+/// CallRoom of `count` arguments, and the callee's meanwhile.
+[[nodiscard]] PyObject* call(PyObject* callable, PyObject** room, std::size_t count);
+[[nodiscard]] PyObject* callMethod(PyObject* name, PyObject** room, std::size_t count);
 
 /// import `name`, or from `name` import `names`; never relative to a package.
 [[nodiscard]] PyObject* importModule(const char* name, PyObject* globals, PyObject* names);

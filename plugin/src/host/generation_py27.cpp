@@ -35,6 +35,18 @@ bool textEquals(PyObject* text, const char* chars)
     return PyString_Check(text) && std::strcmp(PyString_AsString(text), chars) == 0;
 }
 
+bool textEquals(PyObject* one, PyObject* other)
+{
+    return one == other || (PyString_GET_SIZE(one) == PyString_GET_SIZE(other) && textStartsWith(one, other));
+}
+
+bool textStartsWith(PyObject* text, PyObject* start)
+{
+    const auto size = static_cast<std::size_t>(PyString_GET_SIZE(start));
+    return PyString_GET_SIZE(text) >= PyString_GET_SIZE(start) &&
+           std::memcmp(PyString_AS_STRING(text), PyString_AS_STRING(start), size) == 0;
+}
+
 bool isPlainText(PyObject* object)
 {
     return PyString_CheckExact(object);
@@ -52,6 +64,11 @@ PyObject* newInteger(long value)
     return PyInt_FromLong(value);
 }
 
+long plainInteger(PyObject* object)
+{
+    return PyInt_CheckExact(object) ? PyInt_AS_LONG(object) : -1;
+}
+
 PyObject* toInteger(PyObject* object)
 {
     // Not PyNumber_Int: only calling the type does all that int() does, for a text with blanks as for a long number.
@@ -63,14 +80,50 @@ PyObject* dictGet(PyObject* dict, PyObject* key)
     return PyDict_GetItem(dict, key);
 }
 
-PyObject* call(PyObject* callable, CallRoom& room, std::size_t)
+namespace {
+
+/// Calls what is no method of Python code with a tuple of its arguments.
+PyObject* callWithTuple(PyObject* callable, PyObject* const* arguments, std::size_t count)
 {
-    return PyObject_CallFunctionObjArgs(callable, room[2], room[3], room[4], room[5], nullptr);
+    const Held tuple(PyTuple_New(static_cast<Py_ssize_t>(count)));
+    if (!tuple)
+        return nullptr; // GCOVR_EXCL_LINE: out of memory
+    for (std::size_t i = 0; i < count; ++i) {
+        Py_INCREF(arguments[i]);
+        PyTuple_SET_ITEM(tuple.get(), static_cast<Py_ssize_t>(i), arguments[i]);
+    }
+    return PyObject_Call(callable, tuple.get(), nullptr);
 }
 
-PyObject* callMethod(PyObject* name, CallRoom& room, std::size_t)
+/// Calls Python code as the interpreter's own loop does, which hands the arguments over as they stand.
+PyObject* callFunction(PyObject* function, PyObject** arguments, std::size_t count)
 {
-    return PyObject_CallMethodObjArgs(room[1], name, room[2], room[3], room[4], room[5], nullptr);
+    PyObject* const defaults = PyFunction_GET_DEFAULTS(function);
+    const bool hasDefaults = defaults != nullptr && PyTuple_GET_SIZE(defaults) > 0;
+    return PyEval_EvalCodeEx(reinterpret_cast<PyCodeObject*>(PyFunction_GET_CODE(function)),
+                             PyFunction_GET_GLOBALS(function), nullptr, arguments, static_cast<int>(count), nullptr, 0,
+                             hasDefaults ? &PyTuple_GET_ITEM(defaults, 0) : nullptr,
+                             hasDefaults ? static_cast<int>(PyTuple_GET_SIZE(defaults)) : 0,
+                             PyFunction_GET_CLOSURE(function));
+}
+
+} // namespace
+
+PyObject* call(PyObject* callable, PyObject** room, std::size_t count)
+{
+    if (PyFunction_Check(callable))
+        return callFunction(callable, room + 2, count);
+    const bool isBound = PyMethod_Check(callable) && PyMethod_GET_SELF(callable) != nullptr;
+    if (!isBound || !PyFunction_Check(PyMethod_GET_FUNCTION(callable)))
+        return callWithTuple(callable, room + 2, count);
+    room[1] = PyMethod_GET_SELF(callable);
+    return callFunction(PyMethod_GET_FUNCTION(callable), room + 1, count + 1);
+}
+
+PyObject* callMethod(PyObject* name, PyObject** room, std::size_t count)
+{
+    const Held method(PyObject_GetAttr(room[1], name));
+    return method ? call(method.get(), room, count) : nullptr;
 }
 
 PyObject* importModule(const char* name, PyObject* globals, PyObject* names)

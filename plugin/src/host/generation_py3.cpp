@@ -52,6 +52,17 @@ bool textEquals(PyObject* text, const char* chars)
     return PyUnicode_Check(text) && PyUnicode_CompareWithASCIIString(text, chars) == 0;
 }
 
+bool textEquals(PyObject* one, PyObject* other)
+{
+    const Held answer(one == other ? nullptr : PyUnicode_RichCompare(one, other, Py_EQ));
+    return one == other || answer.get() == Py_True;
+}
+
+bool textStartsWith(PyObject* text, PyObject* start)
+{
+    return PyUnicode_Tailmatch(text, start, 0, PyUnicode_GetLength(text), -1) == 1;
+}
+
 bool isPlainText(PyObject* object)
 {
     return PyUnicode_CheckExact(object);
@@ -74,6 +85,14 @@ PyObject* newInteger(long value)
     return PyLong_FromLong(value);
 }
 
+long plainInteger(PyObject* object)
+{
+    const long value = PyLong_CheckExact(object) ? PyLong_AsLong(object) : -1;
+    if (value == -1)
+        PyErr_Clear();
+    return value;
+}
+
 PyObject* toInteger(PyObject* object)
 {
     return PyNumber_Long(object);
@@ -84,18 +103,32 @@ PyObject* dictGet(PyObject* dict, PyObject* key)
     return PyDict_GetItemWithError(dict, key);
 }
 
-PyObject* call(PyObject* callable, CallRoom& room, std::size_t count)
+namespace {
+
+/// The arguments of a CallRoom up to the first null, for the calls of older interpreters.
+std::array<PyObject*, kMostArguments> untilNull(PyObject* const* room, std::size_t count)
 {
-    if (PyObject_Vectorcall != nullptr)
-        return PyObject_Vectorcall(callable, &room[2], count | kRoomInFront, nullptr);
-    return PyObject_CallFunctionObjArgs(callable, room[2], room[3], room[4], room[5], nullptr);
+    std::array<PyObject*, kMostArguments> arguments{};
+    std::copy_n(room + 2, count, arguments.begin());
+    return arguments;
 }
 
-PyObject* callMethod(PyObject* name, CallRoom& room, std::size_t count)
+} // namespace
+
+PyObject* call(PyObject* callable, PyObject** room, std::size_t count)
+{
+    if (PyObject_Vectorcall != nullptr)
+        return PyObject_Vectorcall(callable, room + 2, count | kRoomInFront, nullptr);
+    const auto a = untilNull(room, count);
+    return PyObject_CallFunctionObjArgs(callable, a[0], a[1], a[2], a[3], nullptr);
+}
+
+PyObject* callMethod(PyObject* name, PyObject** room, std::size_t count)
 {
     if (PyObject_VectorcallMethod != nullptr)
-        return PyObject_VectorcallMethod(name, &room[1], (count + 1) | kRoomInFront, nullptr);
-    return PyObject_CallMethodObjArgs(room[1], name, room[2], room[3], room[4], room[5], nullptr);
+        return PyObject_VectorcallMethod(name, room + 1, (count + 1) | kRoomInFront, nullptr);
+    const auto a = untilNull(room, count);
+    return PyObject_CallMethodObjArgs(room[1], name, a[0], a[1], a[2], a[3], nullptr);
 }
 
 PyObject* importModule(const char* name, PyObject* globals, PyObject* names)

@@ -67,12 +67,10 @@ Object makeList(Host host, std::span<const Argument> values)
 
 Object makeTuple(Host host, std::span<const Argument> values)
 {
-    Object result = Object::adopt(host, PyTuple_New(static_cast<Py_ssize_t>(values.size())));
-    for (Py_ssize_t i = 0; const Argument value : values) {
-        Py_INCREF(value.get());
-        require(PyTuple_SetItem(result.get(), i++, value.get()));
-    }
-    return result;
+    std::array<PyPointer, 4> items{};
+    std::transform(values.begin(), values.end(), items.begin(), [](Argument value) { return value.get(); });
+    return Object::adopt(
+        host, PyTuple_Pack(static_cast<Py_ssize_t>(values.size()), items[0], items[1], items[2], items[3]));
 }
 
 } // namespace detail

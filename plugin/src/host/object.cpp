@@ -3,6 +3,8 @@
 #include "host/generation.h"
 #include "host/require.h"
 
+#include <limits>
+
 namespace veltro::host {
 
 // --- Object: ownership -----------------------------------------------------------------------------------------------
@@ -62,8 +64,11 @@ void Object::storeAttr(Named name, Argument value) const
 
 Object Object::item(int index, At at) const
 {
-    if (isPlainTuple() || isPlainList()) // the short way, without an integer object
-        return adopt(host_, PySequence_GetItem(pointer_, index), at);
+    // The short ways, without an integer object.
+    if (isPlainTuple())
+        return share(host_, require(PyTuple_GetItem(pointer_, index), at));
+    if (isPlainList())
+        return share(host_, require(PyList_GetItem(pointer_, index), at));
     return fetchItem(Argument(host_, host_.integer(index)), at);
 }
 
@@ -77,12 +82,18 @@ void Object::storeItem(Named key, Argument value) const
     require(PyObject_SetItem(pointer_, host_.constant(key.text), value.get()), key.at);
 }
 
-Object Object::callMethod(Named method, CallRoom& room, std::size_t count) const
+void Object::setItem(std::size_t index, const Object& value, At at) const
+{
+    Py_INCREF(value.get());
+    require(PyList_SetItem(pointer_, static_cast<Py_ssize_t>(index), value.get()), at);
+}
+
+Object Object::callMethod(Named method, PyPointer* room, std::size_t count) const
 {
     return adopt(host_, generation::callMethod(host_.constant(method.text), room, count), method.at);
 }
 
-Object Object::callSelf(At at, CallRoom& room, std::size_t count) const
+Object Object::callSelf(At at, PyPointer* room, std::size_t count) const
 {
     return adopt(host_, generation::call(pointer_, room, count), at);
 }
@@ -119,6 +130,8 @@ bool Object::isInstanceOf(const Object& type, At at) const
 
 bool Object::isEqual(Argument value, At at) const
 {
+    if (generation::isPlainText(pointer_) && generation::isPlainText(value.get()))
+        return generation::textEquals(pointer_, value.get());
     return adopt(host_, PyObject_RichCompare(pointer_, value.get(), Py_EQ), at).truth(at);
 }
 
@@ -167,9 +180,24 @@ Object Object::format(const Object& value, At at) const
     return adopt(host_, PyNumber_Remainder(pointer_, value.get()), at);
 }
 
+std::optional<int> Object::asIndex() const noexcept
+{
+    const long index = generation::plainInteger(pointer_);
+    if (index < 0 || index > std::numeric_limits<int>::max())
+        return {};
+    return static_cast<int>(index);
+}
+
 bool Object::isPlainText() const noexcept
 {
     return generation::isPlainText(pointer_);
+}
+
+std::optional<bool> Object::startsWith(Text start) const noexcept
+{
+    if (!isPlainText())
+        return {};
+    return generation::textStartsWith(pointer_, host_.constant(start));
 }
 
 bool Object::isPlainList() const noexcept
@@ -213,20 +241,27 @@ bool Object::contains(const Object& value, At at) const
 // --- Iteration -------------------------------------------------------------------------------------------------------
 
 Iteration::Iteration(const Object& iterable, At at)
-    : iterator_(Object::adopt(iterable.host(), PyObject_GetIter(iterable.get()), at)), at_(at)
+    : source_(iterable.isPlainList() ? iterable
+                                     : Object::adopt(iterable.host(), PyObject_GetIter(iterable.get()), at)),
+      at_(at)
 {
 }
 
-Iteration::Cursor& Iteration::Cursor::operator++()
+void Iteration::Cursor::advance()
 {
-    const PyPointer next = PyIter_Next(iterator_->get());
-    if (next != nullptr)
-        current_ = Object::adopt(iterator_->host(), next, at_);
-    else if (PyErr_Occurred() != nullptr)
+    if (source_.isPlainList()) {
+        // What the list's own iterator does: the list may change its length meanwhile.
+        if (next_ < PyList_Size(source_.get()))
+            current_ = Object::share(source_.host(), PyList_GetItem(source_.get(), next_++));
+        else
+            current_.reset();
+    } else if (const PyPointer next = PyIter_Next(source_.get())) {
+        current_ = Object::adopt(source_.host(), next, at_);
+    } else if (PyErr_Occurred() != nullptr) {
         throw Error(at_);
-    else
+    } else {
         current_.reset();
-    return *this;
+    }
 }
 
 std::pair<Object, Object> unpackTwo(const Object& iterable, At at)

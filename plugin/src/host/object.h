@@ -102,9 +102,11 @@ private:
     PyPointer pointer_;
 };
 
-/// The arguments of a call as CPython likes them: a place that the callee may use, one for `self`, and up to four
-/// arguments. A null follows the last one.
-using CallRoom = std::array<PyPointer, 7>;
+/// The arguments of a call as CPython likes them: a place that the callee may use, one for `self`, the arguments.
+inline constexpr std::size_t kMostArguments = 4;
+template <std::size_t kCount>
+    requires(kCount <= kMostArguments)
+using CallRoom = std::array<PyPointer, kCount + 2>;
 
 class Object {
 public:
@@ -140,20 +142,23 @@ public:
         storeItem(key, Argument(host_, value));
     }
 
+    /// list[index] = value, of a list that the module made itself.
+    void setItem(std::size_t index, const Object& value, At at = At::here()) const;
+
     /// object.method(arguments...)
     template <class... Values>
     Object call(Named method, const Values&... values) const
     {
-        CallRoom room{nullptr, pointer_, Argument(host_, values).get()...};
-        return callMethod(method, room, sizeof...(values));
+        CallRoom<sizeof...(values)> room{nullptr, pointer_, Argument(host_, values).get()...};
+        return callMethod(method, room.data(), sizeof...(values));
     }
 
     /// object(arguments...)
     template <class... Values>
     Object operator()(At at, const Values&... values) const
     {
-        CallRoom room{nullptr, nullptr, Argument(host_, values).get()...};
-        return callSelf(at, room, sizeof...(values));
+        CallRoom<sizeof...(values)> room{nullptr, nullptr, Argument(host_, values).get()...};
+        return callSelf(at, room.data(), sizeof...(values));
     }
 
     /// object(*arguments, **keywords)
@@ -182,6 +187,9 @@ public:
     [[nodiscard]] Object plus(const Object& other, At at = At::here()) const;
     [[nodiscard]] Object format(const Object& value, At at = At::here()) const; // text % value
 
+    /// The number of a plain integer that can be an index from the front; nothing for any other object.
+    [[nodiscard]] std::optional<int> asIndex() const noexcept;
+
     /// The one native string type of the interpreter's generation, not a subclass: its equality is known to be plain.
     [[nodiscard]] bool isPlainText() const noexcept;
     // Of these types, not of subclasses.
@@ -190,6 +198,9 @@ public:
 
     /// Whether the very same objects stand in both of two plain lists from `first` up to `end`; false if one is too short.
     [[nodiscard]] bool hasItemsOf(const Object& list, std::size_t first, std::size_t end) const noexcept;
+
+    /// Whether this text starts with that one. Nothing if this is no plain text, and may have its own idea of it.
+    [[nodiscard]] std::optional<bool> startsWith(Text start) const noexcept;
 
     /// Whether this is the module's own operation, not a replacement under its name.
     [[nodiscard]] bool isOperation(const OperationTable& table) const noexcept;
@@ -207,8 +218,8 @@ private:
     void storeAttr(Named name, Argument value) const;
     void storeItem(Named key, Argument value) const;
     [[nodiscard]] Object fetchItem(Argument key, At at) const;
-    Object callMethod(Named method, CallRoom& room, std::size_t count) const;
-    Object callSelf(At at, CallRoom& room, std::size_t count) const;
+    Object callMethod(Named method, PyPointer* room, std::size_t count) const;
+    Object callSelf(At at, PyPointer* room, std::size_t count) const;
     [[nodiscard]] bool isEqual(Argument value, At at) const;
     [[nodiscard]] bool isEqual(const Object& value, At at) const { return isEqual(Argument(host_, value), at); }
 
@@ -262,23 +273,30 @@ class Iteration {
 public:
     class Cursor {
     public:
-        Cursor(const Object& iterator, At at) : iterator_(&iterator), at_(at) { ++*this; }
+        Cursor(const Object& source, At at) : source_(source), at_(at) { advance(); }
         const Object& operator*() const noexcept { return *current_; }
-        Cursor& operator++();
+        Cursor& operator++()
+        {
+            advance();
+            return *this;
+        }
         friend bool operator!=(const Cursor& cursor, std::nullptr_t) noexcept { return cursor.current_.has_value(); }
 
     private:
-        const Object* iterator_;
+        void advance();
+
+        const Object& source_;
         At at_;
+        std::ptrdiff_t next_ = 0; // of a plain list
         std::optional<Object> current_;
     };
 
     Iteration(const Object& iterable, At at);
-    [[nodiscard]] Cursor begin() const { return {iterator_, at_}; }
+    [[nodiscard]] Cursor begin() const { return {source_, at_}; }
     [[nodiscard]] static std::nullptr_t end() noexcept { return nullptr; }
 
 private:
-    Object iterator_;
+    Object source_; // a plain list, or an iterator
     At at_;
 };
 
@@ -311,6 +329,7 @@ Object Host::list(const Values&... values) const
 template <class... Values>
 Object Host::tuple(const Values&... values) const
 {
+    static_assert(sizeof...(Values) <= 4, "makeTuple takes no more");
     const std::array<Argument, sizeof...(Values)> arguments{Argument(*this, values)...};
     return detail::makeTuple(*this, arguments);
 }
