@@ -1,5 +1,7 @@
 #include "listed_names.h"
 
+#include <algorithm>
+
 namespace veltro {
 
 using namespace host::literals;

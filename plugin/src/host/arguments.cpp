@@ -3,6 +3,8 @@
 #include "host/generation.h"
 #include "host/operation_object.h"
 
+#include <algorithm>
+
 namespace veltro::host {
 
 namespace {

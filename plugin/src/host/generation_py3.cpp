@@ -7,6 +7,7 @@
 
 #include <structmember.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 

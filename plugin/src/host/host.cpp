@@ -3,6 +3,8 @@
 #include "host/generation.h"
 #include "host/require.h"
 
+#include <algorithm>
+
 namespace veltro::host {
 
 Object Host::operator[](Named name) const

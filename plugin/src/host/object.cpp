@@ -3,6 +3,7 @@
 #include "host/generation.h"
 #include "host/require.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace veltro::host {

@@ -4,6 +4,7 @@
 #include "host/operation_object.h"
 #include "host/traceback.h"
 
+#include <algorithm>
 #include <new>
 
 namespace veltro::host {
