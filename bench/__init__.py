@@ -3,9 +3,13 @@
 script/bench runs it, docs/performance.md explains it.
 
 floor       the plain Python
-operations  what is measured, for both in the same way
+kinds       what is measured beside each other: the module, the floor, and the floor compiled by Cython
+operations  what is measured, for all kinds in the same way
+quick_host  the host on which it is measured
 measure     clocks, repetition and memory
+count       instructions
 __main__    one interpreter's table
+in_hosts    the figures from real GUIs
 
-Needs Python 2.7 or 3 alone; the host is the tests' double with its recorder switched off.
+Needs Python 2.7 or 3 alone; valgrind and Cython add their columns.
 """

@@ -6,10 +6,11 @@ import subprocess
 import sys
 import timeit
 
-from tests.host_double import host
 from tests.host_double.loader import build_folder
 
-from .operations import KINDS, Bench
+from . import kinds
+from .operations import Bench
+from .quick_host import host
 
 SIZES = (1000, 10000, 100000)
 TIMES = 300  # how often an operation that does not grow is run for one figure
@@ -40,17 +41,18 @@ def once(kind, prepare, n):
 
 
 class Figure(object):
-    """One line of the table: the medians of both, in seconds, and the median of their ratios run by run."""
+    """One line of the table, of all kinds side by side: `seconds` are medians, `ratios` to the floor the medians of the
+    ratios run by run."""
 
-    def __init__(self, pairs):
-        self.module, self.floor = (median(side) for side in zip(*pairs))
-        self.ratio = median([module / floor for module, floor in pairs])
+    def __init__(self, runs):
+        self.seconds = dict((kind, median([run[kind] for run in runs])) for kind in runs[0])
+        self.ratios = dict((kind, median([run[kind] / run["floor"] for run in runs])) for kind in runs[0])
 
 
 def figure(prepare, n, runs=RUNS):
-    for kind in KINDS:
+    for kind in kinds.there():
         once(kind, prepare, n)  # warms up
-    return Figure([tuple(once(kind, prepare, n) for kind in KINDS) for _ in range(runs)])
+    return Figure([dict((kind, once(kind, prepare, n)) for kind in kinds.there()) for _ in range(runs)])
 
 
 # Imports and memory need a fresh process each.
@@ -63,16 +65,17 @@ def in_process(expression):
 
 def import_seconds(kind):
     """Import of the module, with every host module loaded before."""
-    host.reset(recording=False)
+    host.reset()
     host.start()
     sys.path.insert(0, build_folder())
     try:
         with host.modules.installed():
             for name in sorted(host.modules.managed):
                 __import__(name)
-            if kind == "module":
+            if kind != "floor":
+                kinds.there()  # where it is found
                 start = clock()
-                import Veltro  # noqa: F401
+                __import__({"module": "Veltro", "cython": "floor_cython"}[kind])
             else:
                 import bench.floor  # writes the bytecode file, if it is not there
                 del sys.modules["bench.floor"]
@@ -84,7 +87,7 @@ def import_seconds(kind):
 
 
 def import_figure(runs=15):
-    return Figure([tuple(in_process("import_seconds(%r)" % kind) for kind in KINDS) for _ in range(runs)])
+    return Figure([dict((kind, in_process("import_seconds(%r)" % kind)) for kind in kinds.there()) for _ in range(runs)])
 
 
 def resident(field):
@@ -112,7 +115,7 @@ def row_bytes(n):
     """How far it grows by the rows alone, made one by one from what the host has already."""
     bench = Bench("floor")
     bench.write_blacklist(bench.services(n))
-    from tests.host_double.configuration import ConfigNothing
+    from .quick_host import Element
     names = host.service_names
     gc.collect()
     before = resident("VmRSS")
@@ -120,7 +123,7 @@ def row_bytes(n):
     with open(bench.file) as file:
         for line in file:
             text = line[9:-1]
-            rows.append((names[text], ConfigNothing(), 0, text))
+            rows.append((names[text], Element(), 0, text))
     grown = resident("VmRSS") - before
     bench.close()
     assert len(rows) == n
