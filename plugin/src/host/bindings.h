@@ -8,7 +8,7 @@
 namespace veltro::host::binding {
 
 enum Place : std::size_t {
-    kTuple, // in the array the tuple itself, in the tuple the array
+    kTuple,   // in the array the tuple itself, in the tuple the array
     kGlobals, // the module's namespace
     kBuiltins,
     kOpen,

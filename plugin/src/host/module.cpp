@@ -21,7 +21,7 @@ Object borrowOrThrow(PyPointer borrowed)
 
 void freeArray(PyObject* capsule)
 {
-    delete[] static_cast<PyPointer*>(PyCapsule_GetPointer(capsule, nullptr));
+    PyMem_Free(PyCapsule_GetPointer(capsule, nullptr));
 }
 
 /// The tuple behind every Host of this load, with the array that Host reads.
@@ -30,11 +30,13 @@ Object makeBindings(PyPointer module)
     const std::string_view texts = Text::all();
     const auto size = binding::kFirstText + static_cast<std::size_t>(std::count(texts.begin(), texts.end(), '\0'));
     Object bindings = Object::adopt(kNoHostYet, PyTuple_New(static_cast<Py_ssize_t>(size)));
-    auto* const array = new PyPointer[size]{bindings.get()};
+    // The interpreter's memory: the C++ library's operator for arrays would bring more code than this file has.
+    auto* const array = static_cast<PyPointer*>(PyMem_Malloc(size * sizeof(PyPointer)));
     const auto keep = [&](std::size_t place, Object value) {
         require(PyTuple_SetItem(bindings.get(), static_cast<Py_ssize_t>(place), value.release()));
     };
     keep(binding::kTuple, Object::adopt(kNoHostYet, PyCapsule_New(array, nullptr, &freeArray)));
+    array[binding::kTuple] = bindings.get();
     const auto bind = [&](std::size_t place, Object value) {
         array[place] = value.get();
         keep(place, std::move(value));
