@@ -4,7 +4,7 @@ import sys
 import types
 
 from tests.entry.case import BoxTest
-from tests.entry.fake_screens import Screen
+from tests.entry.fake_screens import ChannelSelection, Screen
 
 
 class LookTest(BoxTest):
@@ -55,6 +55,18 @@ class LookTest(BoxTest):
         self.box = type(self.box)(contract=True)
         self.box.install()
         self.assertEqual((self.open().title, self.screen["key_red"].text), ("ORSA Veltro", "Exit"))
+
+
+class PickerTest(BoxTest):
+    def test_its_layout_is_not_that_of_the_hosts_list(self):
+        def init(self, session, title):
+            ChannelSelection.__init__(self, session, title)
+            self.skinName = ["SimpleChannelSelection", "ChannelSelection"]
+
+        self.box.modules["Screens.ChannelSelection"].SimpleChannelSelection.__init__ = init
+        self.load()
+        picker = self.box.session.open(self.module.DVB_EPG_blacklist_ChannelSelection, "/plugin")
+        self.assertEqual(picker.skinName, "DVB_EPG_blacklist_ChannelSelection")
 
 
 if __name__ == "__main__":

@@ -6,6 +6,7 @@ from __future__ import absolute_import
 import array
 import os
 import struct
+import unittest
 
 from . import case
 
@@ -163,6 +164,22 @@ class FhdTest(InTheSkin, Looks):
         self.assertEqual(self.screen()["title"], self.titles[1])
 
 
+class SmallDesktop(object):
+    """720x576, in the skin that hosts fall back on, where a kit has it: windows, keys on top, pictures behind labels."""
+
+    resolution, values = None, {"config.skin.primary_skin": "skin_default/skin.xml"}
+
+    @classmethod
+    def setUpClass(cls):
+        super(SmallDesktop, cls).setUpClass()
+        if cls.host.python("from enigma import getDesktop\ngetDesktop(0).size().width()") != 720:
+            raise unittest.SkipTest("this kit has no skin for 720x576")
+
+
+class SmallTest(SmallDesktop, InTheSkin, Looks):
+    titles = HdTest.titles
+
+
 class BehaviourTest(Looks):
     def test_a_result_takes_the_place_of_the_help(self):
         self.open_settings()
@@ -316,6 +333,10 @@ class NothingToMakeItFromTest(Looks):
 
 class NothingToMakeItFromFhdTest(NothingToMakeItFromTest):
     resolution = "fhd"
+
+
+class NothingToMakeItFromSmallTest(SmallDesktop, NothingToMakeItFromTest):
+    pass
 
 
 class AnotherSkinTest(Looks):

@@ -49,6 +49,7 @@ class PickerLook(object):
 
     def __init__(self, *arguments, **keywords):
         super(PickerLook, self).__init__(*arguments, **keywords)
+        self.skinName = type(self).__name__  # hosts may ask for their own list's layout, which lacks our labels
         if "ServiceEvent" not in self and hasattr(self.servicelist, "connectSelChanged"):
             self._put_in_event()
 
