@@ -538,6 +538,22 @@ def answers_of_a_choice(session):
         yield [keys, results]
 
 
+def keys_move_in_a_channel_list(session):
+    from Screens.ChannelSelection import SimpleChannelSelection
+    for bouquet, keys in ("", ("ok", "next", "next", "previous", "previous", "down")), ("down ", ("ok", "next", "next", "next", "previous")):
+        dialog = session.open(SimpleChannelSelection, "Title")
+        yield None
+        dialog.showFavourites()
+        yield None
+        if bouquet:
+            yield bouquet
+        for key in keys:
+            yield key
+            yield [key, dialog.getCurrentSelection().toString()]
+        session.current_dialog.close(None)
+        yield None
+
+
 PROBES = (
     a_screen_closes, the_order_of_callbacks, a_screen_is_opened_while_another_closes, a_screen_is_opened_in_the_result_of_another,
     a_screen_closes_before_it_runs, a_screen_that_can_not_be_built, the_title_of_a_screen, a_component_that_is_not_there,
@@ -545,7 +561,7 @@ PROBES = (
     a_notifier_is_told_at_once_and_taken_away, a_choice_is_out_of_range, keys_change_an_element, rows_of_a_settings_list,
     nothing_can_be_selected, entries_of_a_directory, texts_of_a_reference, references_that_are_equal, a_reference_gets_a_name,
     a_text_that_is_no_utf_8, names_of_services, what_a_list_holds, names_that_a_plug_in_asks_for, keys_that_a_plug_in_asks_for,
-    what_python_sees_of_the_epg_cache, a_timer, answers_of_a_question, answers_of_a_choice)
+    what_python_sees_of_the_epg_cache, keys_move_in_a_channel_list, a_timer, answers_of_a_question, answers_of_a_choice)
 
 _running = {}
 

@@ -320,12 +320,13 @@ class BlacklistTest(TvTest):
         self.press("tv red")
         self.assertShows("Edit blacklist for DVB EPG")
 
-    def test_yellow_on_a_service_and_ok_on_a_marker_do_nothing(self):
+    def test_yellow_on_a_service_does_nothing_and_markers_are_passed_over(self):
         self.open_editor()
         self.press("blue ok yellow")
         self.assertIn("Select service to add...", self.top.title)
-        self.press("blue down*2 ok next ok")
-        self.assertEqual(self.selected.kind, "marker")
+        self.press("blue down*2 ok next")
+        rows = self.list.rows
+        self.assertEqual(rows[rows.index(self.selected) - 1].kind, "marker")
         self.press("exit")
         self.assertEqual(self.labels, [])
 

@@ -6,11 +6,15 @@ from enigma import eListboxPythonMultiContent, eServiceCenter, eServiceReference
 from receiver.picture import Row
 
 
+def _isNoMarker(reference):
+    return not reference.flags & eServiceReference.isMarker
+
+
 class ServiceList(ListComponent):
-    """Rows are eServiceReferences: what the root holds."""
+    """Rows are eServiceReferences: what the root holds. The cursor passes over markers."""
 
     def __init__(self):
-        super().__init__(eListboxPythonMultiContent(self._paint))
+        super().__init__(eListboxPythonMultiContent(self._paint, _isNoMarker))
         self.root = None
 
     def setRoot(self, root):
@@ -32,15 +36,15 @@ class ServiceList(ListComponent):
         """Nothing to prepare: this list has one look, which is the one that plug-ins ask for with this."""
 
     def moveToMarker(self, step):
-        """Put the cursor on the next marker (step 1) or on the one before (-1); without one on the last or the first row."""
-        rows, index = self.l.rows, self.l.cursor + step
-        while 0 < index < len(rows) - 1 and not rows[index].flags & eServiceReference.isMarker:
+        """Put the cursor below the next marker (step 1) or the one before (-1); without one on the last or the first row."""
+        rows, index = self.l.rows, self.l.cursor + (1 if step > 0 else -2)  # the one right above is where the cursor is
+        while 0 < index < len(rows) - 1 and _isNoMarker(rows[index]):
             index += step
         self.l.moveTo(min(max(index, 0), len(rows) - 1))
 
     def moveToNumber(self, number):
         """Put the cursor on the row with this number, or on the last one. Markers have none."""
-        rows = [index for index, row in enumerate(self.l.rows) if not row.flags & eServiceReference.isMarker]
+        rows = [index for index, row in enumerate(self.l.rows) if _isNoMarker(row)]
         if rows and number:
             self.l.moveTo(rows[min(number, len(rows)) - 1])
 
