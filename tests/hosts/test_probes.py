@@ -103,7 +103,8 @@ class ProbesTest(case.HostCase):
         gui, box = Gui(self.host), Box()
         self.addCleanup(box.close)
         if case.KIT not in HELD:
-            differ = [name for name in NAMES if answers(gui, name) != answers(box, name)]
+            harmless = [name for name in NAMES if name not in {deadly for _, deadly in probes.DEADLY}]
+            differ = [name for name in harmless if answers(gui, name) != answers(box, name)]
             self.skipTest("the receiver is not held to %s yet, which differs in: %s" % (case.KIT, ", ".join(differ) or "nothing"))
         known = {name for kit, name, _ in probes.KNOWN if kit == case.KIT}
         for name in NAMES:
