@@ -48,7 +48,7 @@ def epg_setup(host):
 def settings(host):
     host.python(MODULE + "plugin.main(session)")
     host.settle()
-    host.press("down", "down", "down")
+    host.press("down", "down")
 
 
 def sources(host):
