@@ -8,7 +8,7 @@ import traceback
 from collections import deque
 
 from receiver import picture
-from receiver.actions import BREAK, LONG, MAKE, REPEAT
+from receiver.actions import BREAK, MAKE, REPEAT
 from receiver.data import env, walls
 from receiver.data.epg_cache import eEPGCache
 from receiver.gui import Gui
@@ -109,11 +109,6 @@ class Receiver:
         for _ in range(repeats):
             self.key(key, REPEAT)
         self.key(key, BREAK)
-
-    def press_long(self, key):
-        """Press a key until that counts as a long press, then release it."""
-        for flag in (MAKE, LONG, BREAK):
-            self.key(key, flag)
 
     def key(self, key, flag):
         """One event of a key: `flag` is MAKE, REPEAT, LONG or BREAK of receiver.actions."""
