@@ -40,10 +40,13 @@ def prepare():
 
 
 def start_timer(session):
-    """Start the timer that saves or loads the EPG."""
-    timer = load().epg_timer
-    timer.setSession(session)
-    timer.init_timer()
+    """Start the timer that saves or loads the EPG, if anything is to be done before the user opens a screen. Otherwise
+    the module is not even loaded: most boxes start without it."""
+    from . import bridge
+    if bridge.acts_by_itself():
+        timer = load().epg_timer
+        timer.setSession(session)
+        timer.init_timer()
 
 
 def main(session, **kwargs):
@@ -68,6 +71,7 @@ def open_settings(session):
     """Open the settings screen; when it closes, make its changes last and take effect."""
     from .bridge import guard
     module = load()
+    module.epg_timer.setSession(session)  # it may be loaded just now
 
     def opened():
         before = timing(module)

@@ -17,14 +17,24 @@ except ImportError:  # Python 2.7
 DOMAIN = "Veltro"
 PACKAGE = __name__.rpartition(".")[0]
 
+_known = {}  # language: {text: its translation}, for a screen asks for the same ones again and again
 _catalogues = {}
+_host_language = None
 
 
 def translate(text):
     """The text in the GUI's language; as it is where nobody has a translation. On Python 2.7 all are UTF-8 bytes."""
+    language = _language()
+    try:
+        return _known[language][text]
+    except KeyError:
+        return _known.setdefault(language, {}).setdefault(text, _translation(language, text))
+
+
+def _translation(language, text):
     if not text:
         return text  # catalogues answer the empty text with their header
-    translated = _catalogue(_language()).gettext(text)
+    translated = _catalogue(language).gettext(text)
     return getattr(builtins, "_", str)(text) if translated == text else translated
 
 
@@ -35,9 +45,12 @@ def install(module):
 
 def _language():
     """The GUI's language such as de_DE; it may change while the GUI runs."""
+    global _host_language
     try:
-        from Components.Language import language
-        return language.getLanguage()
+        if _host_language is None:
+            from Components.Language import language
+            _host_language = language
+        return _host_language.getLanguage()
     except Exception:
         return os.environ.get("LANGUAGE", "").split(":")[0]
 

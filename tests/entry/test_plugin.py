@@ -14,6 +14,13 @@ except AttributeError:
     arguments_of = inspect.getargspec
 
 
+class Content(object):
+    """What a host's subsection keeps for keys that nobody has made."""
+
+    def __init__(self, stored):
+        self.stored_values = stored
+
+
 class DescriptorsTest(BoxTest):
     def test_plain_functions_for_each_place(self):
         found = self.import_entry().Plugins(path="/plugin")
@@ -84,6 +91,35 @@ class SessionStartTest(BoxTest):
         timer = self.module.epg_timer
         self.assertIs(timer.session, self.box.session)
         self.assertEqual(timer.epg_timer._timer.started, [(600000, True)])
+
+    def start_with(self, **stored):
+        """Start the GUI anew with these texts in its settings file; whether the module is loaded then."""
+        vars(self.box.config.misc).update(content=Content(stored), _stored=stored)
+        self.plugin = self.import_entry()
+        self.plugin.session_start(reason=0, session=self.box.session)
+        return "Veltro" in sys.modules
+
+    def test_the_module_is_not_loaded_while_there_is_nothing_to_do(self):
+        self.assertFalse(self.start_with(epg_show="1"))
+
+    def test_the_module_is_loaded_for_the_timer(self):
+        self.assertTrue(self.start_with(epg_data_timer="10"))
+
+    def test_the_module_is_loaded_for_an_epg_client(self):
+        self.assertTrue(self.start_with(epg_is_client_stb="True"))
+
+    def test_the_module_is_loaded_for_a_blacklist_in_force(self):
+        self.assertTrue(self.start_with(epg_dvb_blacklist_mode="True"))
+
+    def test_a_period_that_is_set_later_starts_the_timer(self):
+        self.assertFalse(self.start_with())
+        self.plugin.main(session=self.box.session, close=None)
+        module = sys.modules["Veltro"]
+        module.config.misc.epg_data_timer.value = "10"
+        handlers(self.box.session.current_dialog, "shortcuts")["green"]()
+        self.box.session.callback(*self.box.session.closed[-1])
+        self.assertIs(module.epg_timer.session, self.box.session)
+        self.assertEqual(module.epg_timer.epg_timer._timer.started, [(600000, True)])
 
     def test_the_end_of_the_session_does_nothing(self):
         self.load()

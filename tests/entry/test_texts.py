@@ -49,6 +49,17 @@ class TextsTest(BoxTest):
         self.box.language = "sv_SE"
         self.assertEqual(self.translate("EPG menu"), "EPG nach Art des Hauses", "a language that only the host speaks")
 
+    def test_each_text_is_looked_up_once_in_a_language(self):
+        asked = []
+        texts = self.box.part("texts")
+        catalogue = texts._catalogue
+        texts._catalogue = lambda language: asked.append(language) or catalogue(language)
+        for language in ("de_DE", "pt_BR", "de_DE", "pt_BR"):
+            self.box.language = language
+            for text in ("EPG menu", "Save %s", "EPG menu", ""):
+                self.translate(text)
+        self.assertEqual(asked, ["de_DE"] * 2 + ["pt_BR"] * 2)
+
     def test_nobody_knows_it(self):
         self.box.language = "de_DE"
         self.assertEqual(self.translate("Save %s"), "Save %s")

@@ -26,6 +26,12 @@ def start():
     epg_cache.recover()
 
 
+def acts_by_itself():
+    """Whether anything of the module or the bridge has work to do before the user opens a screen: the timer, an EPG client
+    whose host must not save, a blacklist in force."""
+    return any(keys.is_set(path) for path in keys.AT_WORK) or eit_blacklist.is_at_work()
+
+
 def changes():
     """All that must be changed for this host; {} for one that was made for the module."""
     found = {}

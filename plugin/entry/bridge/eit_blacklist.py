@@ -33,6 +33,11 @@ def is_possible():
     return hasattr(enigma.eEPGCache, "reloadEITConfig")
 
 
+def is_at_work():
+    """Whether lines of ours are in force, which must follow what happens to the setting and to the file."""
+    return os.path.exists(_path(ADDED))
+
+
 class Mode(host.ConfigYesNo):
     """The setting: saved, it takes effect at once."""
 

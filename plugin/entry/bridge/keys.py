@@ -73,6 +73,20 @@ ASKED_FOR = {"usage.multiepg_ask_bouquet": "multiepg_ask_bouquet"}
 _paths, _made = {}, set()
 
 
+AT_WORK = ("misc.epg_data_timer", "misc.epg_is_client_stb", "misc.epg_dvb_blacklist_mode")
+
+
+def is_set(path):
+    """Whether one of AT_WORK is on, or may be; without making it, as far as the host can tell."""
+    element = _find(path)
+    if element is not None:
+        return element.value not in (0, "0", False)
+    branch, _, name = path.rpartition(".")
+    # The host keeps the stored texts of keys that nobody has made, and stores nothing that is off by default.
+    stored = getattr(getattr(_find(branch), "content", None), "stored_values", {name: None})
+    return name in stored
+
+
 def changes():
     """A view of the tree with every key in its place; nothing if all are there already."""
     shown = {}
