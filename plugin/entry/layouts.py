@@ -47,6 +47,7 @@ class Layout(object):
 
     def __init__(self, own, sources, need):
         self._own, self._sources, self._need = own, sources, need
+        self._made_from = self._made = None
 
     def __get__(self, screen, owner=None):
         desktop = _desktop()
@@ -58,20 +59,26 @@ class Layout(object):
 
     def _from_skin(self, screen, desktop):
         try:
-            screens = skin_screens.loaded()
-            if not screens:
-                return None
-            parts = skin_screens.parts(screen)
-            need = self._need
-            if need.looks is not None:
-                need = need._replace(looks=skin_screens.looks_of(screens, *FILE_LIST))
-            for name in self._candidates(screens, parts, desktop, need):
-                try:
-                    return derived(name, screens, parts, desktop, need, skin_screens.texts(screen))
-                except Unfit as error:
-                    print("[Veltro] the skin's %s makes no layout for %s: %s" % (name, self._own, error))
+            given = skin_screens.loaded(), skin_screens.parts(screen), desktop, skin_screens.texts(screen)
+            if given != self._made_from:  # a skin that was read anew has other elements
+                self._made, self._made_from = self._make(*given), given
+            return self._made
         except Exception:
             print("[Veltro] no layout from the skin for %s:\n%s" % (self._own, traceback.format_exc()))
+        return None
+
+    def _make(self, screens, parts, desktop, texts):
+        """The text of the layout; None if nothing in the skin makes one."""
+        if not screens:
+            return None
+        need = self._need
+        if need.looks is not None:
+            need = need._replace(looks=skin_screens.looks_of(screens, *FILE_LIST))
+        for name in self._candidates(screens, parts, desktop, need):
+            try:
+                return derived(name, screens, parts, desktop, need, texts)
+            except Unfit as error:
+                print("[Veltro] the skin's %s makes no layout for %s: %s" % (name, self._own, error))
         return None
 
     def _candidates(self, screens, parts, desktop, need):

@@ -64,6 +64,16 @@ class ChoiceTest(LayoutsTest):
         self.assertIn('position="50,120"', self.open().skin)
         self.assertNotIn('position="50,120"', before)
 
+    def test_is_made_once_from_the_same_skin(self):
+        self.load()
+        layouts, made = self.box.part("layouts"), []
+        derived = layouts.derived
+        layouts.derived = lambda *arguments: made.append(arguments) or derived(*arguments)
+        for skin in (SKIN, SKIN.replace("100,100", "50,120")):
+            self.use(skin)
+            self.assertEqual(self.open().skin, self.open().skin)
+        self.assertEqual(len(made), 2)
+
     def test_is_ours_where_the_skin_has_nothing_to_make_it_from(self):
         self.load()
         self.use('<skin><screen name="Setup" size="300,200"/><screen name="Clock" size="300,200"/></skin>')
