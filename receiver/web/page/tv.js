@@ -167,8 +167,8 @@ document.addEventListener("pointermove", event => { if (finger && isFar(event, f
 document.addEventListener("pointerup", () => { lift(true); releaseAll(); });
 document.addEventListener("pointercancel", () => { lift(false); releaseAll(); });
 window.addEventListener("blur", () => { lift(false); releaseAll(); });
-for (const kind of ["mousedown", "contextmenu"])
-  $(".remote").addEventListener(kind, event => { if (event.target.closest("button")) event.preventDefault(); });
+document.addEventListener("mousedown", event => { if (event.target.closest(".remote button, summary")) event.preventDefault(); });
+$(".remote").addEventListener("contextmenu", event => { if (event.target.closest("button")) event.preventDefault(); });
 
 function isFar(event, start) {
   return Math.hypot(event.clientX - start.x, event.clientY - start.y) > DRAG_PX;
