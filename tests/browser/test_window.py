@@ -145,6 +145,7 @@ class ContrastTest(PageTest):
         self.emulate("forced-colors", "active")
         self.check()
         self.assertEqual(self.style(".label[data-key]", "color"), self.style(".row:not(.selected)", "color"))
+        self.assertEqual(self.style(".label[data-key]", "background-color"), "rgba(0, 0, 0, 0)")  # the mark is below it
 
     def test_more_contrast(self):
         self.emulate("prefers-contrast", "more")
