@@ -101,3 +101,44 @@ class TestRows(case.HostCase):
                     self.assertShows("Veltro")
                     self.select(index)
             self.press("exit")
+
+
+class TestOddSettings(case.HostCase):
+    """A settings file that somebody has edited: the host starts, and every row can be seen and changed."""
+
+    values = {
+        "config.misc.epg_data_timer": "soon", "config.usage.epg_buffer": "-1", "config.usage.epg_default_view": "<b>%s",
+        "config.misc.epg_dvb_blacklist_mode": "perhaps", "config.misc.epg_is_client_stb": "0",
+        "config.misc.timer_show_movie_available": "", "config.misc.epgcache_filename": "/media/usb/gone/100%s/epg.dat",
+        "config.misc.epgcachepath": "/media/usb/gone/", "config.epg.histminutes": "a year",
+        "config.autolanguage.audio_epglanguage": "tlh", "config.misc.hotkey.epg": "Plugins/Extensions/Nothing/1,,x"}
+
+    def test_rows(self):
+        self.open_settings()
+        self.assertEqual(len(self.rows()), 22)
+        for index in VALUES[:-1]:
+            self.select(index)
+            value = self.row()[1]
+            self.press("right")
+            self.assertNotEqual(self.row()[1], value, case.ROWS[index])
+        for label in ("Save EPG cache", "Load EPG data from epg", "Delete broken"):
+            self.go_to(label)
+            self.press("ok")
+            self.home_to_settings()
+        self.press("green")
+        self.restart()
+        self.open_settings()
+        self.assertEqual(len(self.rows()), 22)
+        self.open_the_chooser()
+
+    def home_to_settings(self):
+        if self.name() != "Veltro":
+            self.press("exit")
+        self.assertShows("Veltro")
+
+    def open_the_chooser(self):
+        self.go_to("EPG Path")
+        self.press("ok")
+        self.assertShows("DirChoose")
+        self.press("down", "up", "exit")
+        self.assertShows("Veltro")
