@@ -123,5 +123,6 @@ class eListbox:
     def window(self):
         """The first visible row: the page follows the cursor, and no line stays empty while there are rows above."""
         cursor, count = self.content.cursor, len(self.content)
-        self.first = min(max(self.first, cursor - self.page + 1), cursor, max(0, count - self.page))
+        top = cursor if any(map(self.content.selectable, range(cursor))) else 0  # a heading is seen with its first row
+        self.first = min(max(self.first, cursor - self.page + 1), top, max(0, count - self.page))
         return self.first

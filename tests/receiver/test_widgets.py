@@ -112,6 +112,13 @@ class ChoiceBoxTest(TvTest):
         self.assertEqual(self.choose("blue", keys=["", "", "", "blue"]), [(("three", 3),)])
         self.assertEqual(self.choose("9", keys=list("123456789")), [])
 
+    def test_a_heading_at_the_top_comes_back_into_sight(self):
+        self.CHOICES = [("--", None)] + [("%d" % number, number) for number in range(100)]
+        self.choose("up")
+        self.assertEqual(self.list.selected, 100)
+        self.press("down")
+        self.assertEqual((self.list.first, self.selected.label), (0, "0"))
+
     def test_a_long_list_pages_and_jumps(self):
         self.CHOICES = [("%d" % number, number) for number in range(100)]
         self.choose("")
