@@ -8,13 +8,13 @@ namespace veltro {
 extern const host::OperationTable kFindInList;
 
 /// Answers whether a name is listed as `find_in_list(servicelist, name, 0)` does, without reading the list again for
-/// every name. That holds while the list, its rows and its names are plain ones, whose equality is known, and as long as
-/// nobody has replaced `find_in_list`; otherwise `find_in_list` itself is asked.
+/// every name. That holds while the list, its rows and its names are plain ones, whose equality is known, and as long
+/// as nobody has replaced `find_in_list`; otherwise `find_in_list` itself is asked.
 ///
-/// The host runs between two questions and may change the list. A change of its length, of its last row or of one of the
-/// next rows in turn has it read again: all rows of a short list, so that there every change is noticed at once. In a
-/// long one a single row that was replaced is noticed some questions later, for looking at all rows each time would make
-/// adding many services take the square of their number.
+/// The host runs between two questions and may change the list. A change of its length, of its last row or of one of
+/// the next rows in turn has it read again: all rows of a short list, so that there every change is noticed at once. In
+/// a long one a single row that was replaced is noticed some questions later, for looking at all rows each time would
+/// make adding many services take the square of their number.
 class ListedNames {
 public:
     explicit ListedNames(const host::Object& servicelist);

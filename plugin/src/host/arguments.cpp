@@ -9,7 +9,8 @@ namespace veltro::host {
 
 namespace {
 
-/// Sets a TypeError that names the operation as traces do: "Veltro.doEPGAction() ...", "Veltro.EPGTimer.setSession() ...".
+/// Sets a TypeError that names the operation as traces do: "Veltro.doEPGAction() ...", "Veltro.EPGTimer.setSession()
+/// ...".
 bool refuse(const OperationObject& operation, const char* problem, const char* parameter = "")
 {
     const char* const className = operation.className;

@@ -1,6 +1,6 @@
-// What a load of the module binds. It belongs to one tuple, which the collector sees through and of which every operation
-// holds a reference. Beside it stands the same as a plain array, since asking a tuple for an item is a call each time; the
-// tuple owns that array, too.
+// What a load of the module binds. It belongs to one tuple, which the collector sees through and of which every
+// operation holds a reference. Beside it stands the same as a plain array, since asking a tuple for an item is a call
+// each time; the tuple owns that array, too.
 #pragma once
 
 #include <cstddef>

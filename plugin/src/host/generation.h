@@ -1,5 +1,6 @@
-// Everything in which Python 2.7 and Python 3 differ, behind one set of words. Each binary has one of the two files that
-// say how: generation_py3.cpp or generation_py27.cpp, which also hold the entry points. Pointers follow CPython's habit: results are new references, null means that a Python exception is set.
+// Everything in which Python 2.7 and Python 3 differ, behind one set of words. Each binary has one of the two files
+// that say how: generation_py3.cpp or generation_py27.cpp, which also hold the entry points. Pointers follow CPython's
+// habit: results are new references, null means that a Python exception is set.
 #pragma once
 
 #include "host/cpython.h"
@@ -13,7 +14,7 @@ extern const char* const kBuiltinsModule;
 [[nodiscard]] PyObject* internText(const char* chars);
 [[nodiscard]] PyObject* joinText(const char* first, const char* second, const char* third);
 [[nodiscard]] bool textEquals(PyObject* text, const char* chars);
-[[nodiscard]] bool textEquals(PyObject* one, PyObject* other); // of two plain ones
+[[nodiscard]] bool textEquals(PyObject* one, PyObject* other);      // of two plain ones
 [[nodiscard]] bool textStartsWith(PyObject* text, PyObject* start); // of two plain ones
 
 /// A native string of the interpreter's generation, not of a subclass.
@@ -38,7 +39,7 @@ private:
 [[nodiscard]] PyObject* recursionError();
 
 [[nodiscard]] PyObject* newInteger(long value);
-[[nodiscard]] long plainInteger(PyObject* object); // -1 for what is no plain integer, and for one that is too large
+[[nodiscard]] long plainInteger(PyObject* object);   // -1 for what is no plain integer, and for one that is too large
 [[nodiscard]] PyObject* toInteger(PyObject* object); // int(object)
 
 /// A dictionary's value for a native string: borrowed; null without an exception when there is none.

@@ -100,11 +100,10 @@ PyObject* callFunction(PyObject* function, PyObject** arguments, std::size_t cou
 {
     PyObject* const defaults = PyFunction_GET_DEFAULTS(function);
     const bool hasDefaults = defaults != nullptr && PyTuple_GET_SIZE(defaults) > 0;
-    return PyEval_EvalCodeEx(reinterpret_cast<PyCodeObject*>(PyFunction_GET_CODE(function)),
-                             PyFunction_GET_GLOBALS(function), nullptr, arguments, static_cast<int>(count), nullptr, 0,
-                             hasDefaults ? &PyTuple_GET_ITEM(defaults, 0) : nullptr,
-                             hasDefaults ? static_cast<int>(PyTuple_GET_SIZE(defaults)) : 0,
-                             PyFunction_GET_CLOSURE(function));
+    return PyEval_EvalCodeEx(
+        reinterpret_cast<PyCodeObject*>(PyFunction_GET_CODE(function)), PyFunction_GET_GLOBALS(function), nullptr,
+        arguments, static_cast<int>(count), nullptr, 0, hasDefaults ? &PyTuple_GET_ITEM(defaults, 0) : nullptr,
+        hasDefaults ? static_cast<int>(PyTuple_GET_SIZE(defaults)) : 0, PyFunction_GET_CLOSURE(function));
 }
 
 } // namespace

@@ -71,8 +71,8 @@ Object makeTuple(Host host, std::span<const Argument> values)
 {
     std::array<PyPointer, 4> items{};
     std::transform(values.begin(), values.end(), items.begin(), [](Argument value) { return value.get(); });
-    return Object::adopt(
-        host, PyTuple_Pack(static_cast<Py_ssize_t>(values.size()), items[0], items[1], items[2], items[3]));
+    return Object::adopt(host,
+                         PyTuple_Pack(static_cast<Py_ssize_t>(values.size()), items[0], items[1], items[2], items[3]));
 }
 
 } // namespace detail

@@ -115,10 +115,7 @@ bool fillNamespace(const void* context, PyObject* classNamespace) noexcept
 
 } // namespace
 
-Module::Module(PyPointer module)
-    : bindings_(makeBindings(module)), module_(Object::share(hostOf(bindings_), module))
-{
-}
+Module::Module(PyPointer module) : bindings_(makeBindings(module)), module_(Object::share(hostOf(bindings_), module)) {}
 
 void Module::bind(const Object& name, const Object& value, At at) const
 {

@@ -242,8 +242,7 @@ bool Object::contains(const Object& value, At at) const
 // --- Iteration -------------------------------------------------------------------------------------------------------
 
 Iteration::Iteration(const Object& iterable, At at)
-    : source_(iterable.isPlainList() ? iterable
-                                     : Object::adopt(iterable.host(), PyObject_GetIter(iterable.get()), at)),
+    : source_(iterable.isPlainList() ? iterable : Object::adopt(iterable.host(), PyObject_GetIter(iterable.get()), at)),
       at_(at)
 {
 }

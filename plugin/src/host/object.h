@@ -105,8 +105,7 @@ private:
 /// The arguments of a call as CPython likes them: a place that the callee may use, one for `self`, the arguments.
 inline constexpr std::size_t kMostArguments = 4;
 template <std::size_t kCount>
-    requires(kCount <= kMostArguments)
-using CallRoom = std::array<PyPointer, kCount + 2>;
+requires(kCount <= kMostArguments) using CallRoom = std::array<PyPointer, kCount + 2>;
 
 class Object {
 public:
@@ -196,7 +195,8 @@ public:
     [[nodiscard]] bool isPlainList() const noexcept;
     [[nodiscard]] bool isPlainTuple() const noexcept;
 
-    /// Whether the very same objects stand in both of two plain lists from `first` up to `end`; false if one is too short.
+    /// Whether the very same objects stand in both of two plain lists from `first` up to `end`; false if one is too
+    /// short.
     [[nodiscard]] bool hasItemsOf(const Object& list, std::size_t first, std::size_t end) const noexcept;
 
     /// Whether this text starts with that one. Nothing if this is no plain text, and may have its own idea of it.

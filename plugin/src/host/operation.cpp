@@ -105,7 +105,8 @@ PyObject* operationVectorCall(PyObject* self, PyObject* const* values, std::size
     const Given given{values, count & ~kMark, names, nullptr};
     if (given.count == operation.table->count && names == nullptr && operation.table->takes != Takes::anyPositions)
         return run(operation, values); // what a key handler's call looks like
-    return bindAndRun(operation, given, [&](std::size_t named) { return newTuple(values + named, values + given.count); });
+    return bindAndRun(operation, given,
+                      [&](std::size_t named) { return newTuple(values + named, values + given.count); });
 }
 
 PyObject* operationGet(PyObject* self, PyObject* instance, PyObject* type)
