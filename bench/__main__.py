@@ -32,7 +32,7 @@ def main():
         print("bench: no valgrind on this machine: instructions are not counted")
     print("\n## Python %d.%d.%d\n" % sys.version_info[:3])
     heads = [head for kind in kinds.there() for head in [kind] + ["ratio"] * (kind != "floor")]
-    line(["operation", "n"] + heads + ["instructions"] + heads[1:] + ["growth"])
+    line(["operation", "n", "time: module"] + heads[1:] + ["instructions: module"] + heads[1:] + ["growth"])
     line(["---"] + ["---:"] * (2 + 2 * len(heads)))
     row("import", "", measure.import_figure(), None)
     for title, grows, prepare in operations.OPERATIONS:
