@@ -53,7 +53,7 @@ def settings(host):
 
 def sources(host):
     settings(host)
-    host.press(*["down"] * 5)
+    host.press(*["down"] * 6)
 
 
 def editor(host):
