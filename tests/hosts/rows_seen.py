@@ -14,7 +14,7 @@ def documented(kit, labels):
     """{row: whether the image uses it} as the table says of this kit, for the rows whose texts are given."""
     with io.open(DOCS, encoding="utf-8") as file:
         lines = [[cell.strip() for cell in line.strip().strip("|").split("|")] for line in file if line.startswith("|")]
-    head = [line for line in lines if "`%s`" % kit in line][0]
+    head = [line for line in lines if line[0] == "Row" and "`%s`" % kit in line][0]
     table = lines[lines.index(head) + 2:]
     column = head.index("`%s`" % kit)
     found = {}
