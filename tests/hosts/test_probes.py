@@ -100,6 +100,8 @@ class ProbesTest(case.HostCase):
     resolution = "fhd"
 
     def test_answers(self):
+        self.open_settings()  # the receiver begins with it, and the module is loaded by then
+        self.home()
         gui, box = Gui(self.host), Box()
         self.addCleanup(box.close)
         if case.KIT not in HELD:
