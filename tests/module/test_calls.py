@@ -85,7 +85,9 @@ class Outward(HostTestCase):
 class Inward(HostTestCase):
     def test_without_a_tuple_where_the_interpreter_can(self):
         kind = type(vars(self.Veltro.Veltro)["up"])
-        self.assertEqual(hasattr(kind, "__vectorcalloffset__"), sys.version_info >= (3, 9))
+        has_vectorcall = 1 << 11  # Py_TPFLAGS_HAVE_VECTORCALL; on 2.7 the bit means something else
+        if sys.version_info[0] > 2:
+            self.assertEqual(bool(kind.__flags__ & has_vectorcall), sys.version_info >= (3, 9))
 
     def test_each_way_of_giving_arguments(self):
         rows = [("One", 1), ("Two", 2)]

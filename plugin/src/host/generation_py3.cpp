@@ -11,8 +11,8 @@
 #include <array>
 #include <cstddef>
 
-// Not in the stable ABI of 3.8, but interpreters have them: the first two from 3.9 on, the third one all. Where one is
-// missing, the binary still loads, and the name is null.
+// Not in the stable ABI of 3.8, but interpreters have them: the first from 3.11 on, the second from 3.9 on, the third one
+// all. Where one is missing, the binary still loads, and the name is null.
 extern "C" {
 __attribute__((weak)) PyObject* PyObject_Vectorcall(PyObject* callable, PyObject* const* arguments, std::size_t count,
                                                     PyObject* names);
@@ -200,7 +200,7 @@ PyObject* operationType(PyObject* moduleName)
         PyMemberDef{"__vectorcalloffset__", T_PYSSIZET, offsetof(OperationObject, vectorcall), READONLY, nullptr},
         PyMemberDef{nullptr, 0, 0, 0, nullptr},
     };
-    const bool canVectorCall = PyObject_Vectorcall != nullptr;
+    const bool canVectorCall = PyObject_VectorcallMethod != nullptr;
     std::array slots{
         PyType_Slot{Py_tp_new, slot(&refuseNew)},
         PyType_Slot{Py_tp_dealloc, slot(&freeOperation)},
