@@ -54,14 +54,14 @@ public:
     [[gnu::always_inline]] static constexpr At here(const char* file = __builtin_FILE(),
                                                     unsigned line = __builtin_LINE()) noexcept
     {
-        return At(detail::indexOfFile(file, std::make_index_sequence<detail::kFileStarts.size()>()), line);
+        return {detail::indexOfFile(file, std::make_index_sequence<detail::kFileStarts.size()>()), line};
     }
 
     [[nodiscard]] const char* file() const noexcept
     {
         return detail::kFiles + detail::kFileStarts[place_ >> kLineBits];
     }
-    [[nodiscard]] int line() const noexcept { return place_ & kMostLines; }
+    [[nodiscard]] int line() const noexcept { return static_cast<int>(place_ & kMostLines); }
 
 private:
     static constexpr unsigned kLineBits = 10;

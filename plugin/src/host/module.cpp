@@ -31,7 +31,12 @@ Object makeBindings(PyPointer module)
     const auto size = binding::kFirstText + static_cast<std::size_t>(std::count(texts.begin(), texts.end(), '\0'));
     Object bindings = Object::adopt(kNoHostYet, PyTuple_New(static_cast<Py_ssize_t>(size)));
     // The interpreter's memory: the C++ library's operator for arrays would bring more code than this file has.
-    auto* const array = static_cast<PyPointer*>(PyMem_Malloc(size * sizeof(PyPointer)));
+    auto* const array =
+        static_cast<PyPointer*>(PyMem_Malloc(size * sizeof(PyPointer))); // NOLINT(bugprone-sizeof-expression): pointers
+    if (array == nullptr) {
+        PyErr_NoMemory();        // GCOVR_EXCL_LINE
+        throw Error(At::here()); // GCOVR_EXCL_LINE
+    }
     const auto keep = [&](std::size_t place, Object value) {
         require(PyTuple_SetItem(bindings.get(), static_cast<Py_ssize_t>(place), value.release()));
     };

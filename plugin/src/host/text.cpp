@@ -12,7 +12,7 @@ std::string_view Text::all() noexcept
 const char* Text::chars() const noexcept
 {
     const char* chars = detail::kTexts;
-    for (std::size_t index = 0; index < index_; ++index)
+    for (std::size_t passed = 0; passed < index_; ++passed)
         chars += std::strlen(chars) + 1;
     return chars;
 }
