@@ -121,8 +121,8 @@ PyObject* call(PyObject* callable, PyObject** room, std::size_t count)
 
 PyObject* callMethod(PyObject* name, PyObject** room, std::size_t count)
 {
-    const Held method(PyObject_GetAttr(room[1], name));
-    return method ? call(method.get(), room, count) : nullptr;
+    const Held found(PyObject_GetAttr(room[1], name));
+    return found ? call(found.get(), room, count) : nullptr;
 }
 
 PyObject* importModule(const char* name, PyObject* globals, PyObject* names)
