@@ -8,8 +8,21 @@ import sys
 OF_ITS_PLACE = ("name", "position", "size", "zPosition", "selectionDisabled", "conditional")
 
 
+_held = _found = None
+
+
 def loaded():
-    """{name: (element, folder)} of the skin as it is now. {} on a host that keeps its layouts out of reach."""
+    """{name: (element, folder)} of the skin as it is now, to be read only. {} on a host that keeps its layouts out of
+    reach."""
+    global _held, _found
+    holds = [(value, list(value.values()) if isinstance(value, dict) else list(value))
+             for value in vars(sys.modules["skin"]).values() if isinstance(value, (dict, list))]
+    if holds != _held:  # a look at each of the hundreds of screens would take longer than all else at an opening
+        _held, _found = holds, _read()
+    return _found
+
+
+def _read():
     found = {}
     for value in list(vars(sys.modules["skin"]).values()):
         if isinstance(value, dict):

@@ -49,7 +49,8 @@ bool bindKeywords(const OperationObject& operation, const Given& given, PyPointe
     if ((named != 0 || isDictionary) && operation.table->takes != Takes::parameters)
         return refuse(operation, "takes no keyword arguments");
     for (Py_ssize_t i = 0; i < named; ++i)
-        if (!bindKeyword(operation, PyTuple_GetItem(given.names, i), given.values[given.count + i], arguments))
+        if (!bindKeyword(operation, PyTuple_GetItem(given.names, i),
+                         given.values[given.count + static_cast<std::size_t>(i)], arguments))
             return false;
     PyObject* key = nullptr;
     PyObject* value = nullptr;

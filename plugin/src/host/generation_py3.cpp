@@ -11,8 +11,8 @@
 #include <array>
 #include <cstddef>
 
-// Not in the stable ABI of 3.8, but interpreters have them: the first from 3.11 on, the second from 3.9 on, the third one
-// all. Where one is missing, the binary still loads, and the name is null.
+// Not in the stable ABI of 3.8, but interpreters have them: the first from 3.11 on, the second from 3.9 on, the third
+// one all. Where one is missing, the binary still loads, and the name is null.
 extern "C" {
 __attribute__((weak)) PyObject* PyObject_Vectorcall(PyObject* callable, PyObject* const* arguments, std::size_t count,
                                                     PyObject* names);
@@ -61,6 +61,7 @@ bool textEquals(PyObject* one, PyObject* other)
 
 bool textStartsWith(PyObject* text, PyObject* start)
 {
+    // NOLINTNEXTLINE(readability-suspicious-call-argument): its words for the two are "str" and "substr"
     return PyUnicode_Tailmatch(text, start, 0, PyUnicode_GetLength(text), -1) == 1;
 }
 
