@@ -56,6 +56,15 @@ class ChoiceTest(LayoutsTest):
         widgets = [each.get("name") or each.get("source") for each in ElementTree.fromstring(screen.skin)]
         self.assertEqual(set(["config", "description", "status", "key_red", "key_green"]), set(widgets))
 
+    def test_follows_a_screen_that_was_read_anew(self):
+        """In the same table, which is as long as before."""
+        self.load()
+        self.use(SKIN)
+        self.assertIn('position="100,100"', self.open().skin)
+        screens = self.box.modules["skin"].domScreens
+        screens["Setup"] = ElementTree.fromstring(SKIN.replace("100,100", "50,120"))[0], "/skin/"
+        self.assertIn('position="50,120"', self.open().skin)
+
     def test_follows_a_change_of_the_skin(self):
         self.load()
         self.use(SKIN)
