@@ -7,16 +7,17 @@ import types
 
 PLACES = ("Screens.", "Plugins.")  # a setting is defined among the components, and acted on by a screen or a plug-in
 
-_asked = {}  # name: whether somebody asks for it, and the modules that were looked through
+_asked = {}  # name: who asks for it, the modules that were looked through, and how many there were then
 
 
 def has_reader(name):
     """Whether code of a screen or a plug-in that is loaded asks for an attribute of this name."""
-    found, seen = _asked.setdefault(name, ([], set()))
-    if not found:  # who asks may have been loaded meanwhile
+    found, seen, count = _asked.get(name, ([], set(), 0))
+    if not found and count != len(sys.modules):  # who asks may have been loaded meanwhile
         new = [each for each in list(sys.modules) if each not in seen and each.startswith(PLACES)]
         seen.update(new)
         found.extend(each for each in new if any(_asks(code, name) for code in _codes(each)))
+        _asked[name] = found, seen, len(sys.modules)
     return bool(found)
 
 
