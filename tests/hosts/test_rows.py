@@ -87,6 +87,18 @@ class TestRows(case.HostCase):
         self.open_settings()
         self.assertEqual(self.value("EPG language selection 2"), value)
 
+    def test_both_languages_go_back(self):
+        """Some hosts take "None" out of one's choices while the other is set."""
+        labels = "EPG language selection 1", "EPG language selection 2"
+        self.open_settings()
+        before = [self.value(label) for label in labels]
+        for label in labels:
+            self.go_to(label)
+            self.press("right")
+        self.press("exit")
+        self.open_settings()
+        self.assertEqual([self.value(label) for label in labels], before)
+
     def test_other_keys(self):
         """What a host's own list of settings has on other keys does no harm, on any kind of row."""
         for index in (0, 2, 15, 18):
