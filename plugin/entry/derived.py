@@ -104,9 +104,7 @@ class _Layout(KeyRow):
     def _fitted_widget(self, item, name):
         if name == self.need.list[0]:
             name = self.need.list[1]
-        for ours, skins in self.need.lines:
-            if name == skins and skins not in self.parts:
-                name = ours
+        name = self._line_for(name)
         kind, element = self._kind(name), item.element
         if kind == "widget":
             element.set("name", name)
@@ -121,10 +119,15 @@ class _Layout(KeyRow):
             return None
         return item
 
-    def _fitted_source(self, item, source):
+    def _line_for(self, name):
+        """The name of our line of text that stands where the skin has one which our screen has not."""
         for ours, skins in self.need.lines:
-            if source == skins and skins not in self.parts:
-                source = ours
+            if name == skins and skins not in self.parts:
+                name = ours
+        return name
+
+    def _fitted_source(self, item, source):
+        source = self._line_for(source)
         kind, element = self._kind(source), item.element
         if kind == "source":
             element.set("source", source)

@@ -7,7 +7,6 @@ import os
 from ..texts import translate as _
 from . import messages, safe_files
 from .guard import Refused
-from .readable import readable
 from .services import Listed, NamedService, identity
 
 PREFIX = b"#SERVICE "
@@ -58,7 +57,7 @@ class Editor(object):
             safe_files.write_whole(name, b"".join(line + b"\n" for line in self._merged(_lines(beside))))
         except (IOError, OSError) as error:
             what = _("The blacklist could not be saved. The file is as it was.")
-            raise Refused("\n".join([what] + ([readable(error.strerror)] if error.strerror else [])))
+            raise Refused(messages.with_reason(what, error))
         finally:
             self.filename = name
             safe_files.remove(beside)

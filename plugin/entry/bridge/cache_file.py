@@ -120,10 +120,11 @@ def _offer_stored(*element):
     key = host.config.misc.epgcachepath
     stored = key.saved_value
     if stored and stored not in list(key.choices):
-        if _offer(stored) == stored:
+        choice = _offer(stored)
+        if choice == stored:
             key.load()  # not by assignment: the host must know it as the last one that it has acted upon
         else:
-            key.value = _offer(stored)
+            key.value = choice
         _use(stored)
         eEPGCache.getInstance().load()  # the host has read another file, or none
 

@@ -15,7 +15,6 @@ from Components import config as host
 
 from ..texts import translate as _
 from . import messages
-from .readable import readable
 from .safe_files import remove, write_whole
 
 FOLDER = "${sysconfdir}/enigma2/"
@@ -73,7 +72,7 @@ def update():
     except (IOError, OSError) as error:
         print("[Veltro] the blacklist is not in force: %s" % error)
         what = _("The EPG blacklist could not be put into force.")
-        messages.later("\n".join([what] + ([readable(error.strerror)] if error.strerror else [])))
+        messages.later(messages.with_reason(what, error))
 
 
 def _update(on):

@@ -74,7 +74,7 @@ def _in_words(error, names):
     """What could not be done: that of the innermost operation which has words. And why, if the system says it."""
     words = _words()
     what = next((words[name] for name in reversed(names) if name in words), _("That did not work."))
-    return "\n".join([what] + ([readable(error.strerror)] if getattr(error, "strerror", None) else []))
+    return messages.with_reason(what, error)
 
 
 def _words():

@@ -32,5 +32,10 @@ def _open(session, text, *arguments, **keywords):
         later(text)
 
 
+def with_reason(what, error):
+    """What could not be done, and why, if the system says it."""
+    return "\n".join([what] + ([readable(error.strerror)] if getattr(error, "strerror", None) else []))
+
+
 def _readable(text):
     return "\n".join(map(readable, text.split("\n")))
