@@ -59,7 +59,7 @@ class Gui:
             sys.path.insert(0, str(HOST_MODULES))
         builtins._ = translate
         builtins.ngettext = lambda one, many, count: one if count == 1 else many
-        eEPGCache._instance = None
+        eEPGCache._instance = eServiceCenter._instance = None
         imitate(self.profile)
         settings = importlib.import_module("Components.config")
         settings.configfile.on_failure = self.message
@@ -82,8 +82,6 @@ class Gui:
         def is_on(path):
             path = self.profile.keys.get(path, path)
             return path is not None and find(config, path).value
-        services = eServiceCenter.getInstance()
-        services.reload()
         if self.profile.forgiving:
             eEPGCache.getInstance().on_failure = self.message
         cache = importlib.import_module("enigma").eEPGCache.getInstance()
@@ -91,7 +89,7 @@ class Gui:
         cache.load()
         if is_on("usage.epg.eit") and not is_on("misc.epg_is_client_stb"):
             forbidden = _blacklisted() if is_on("misc.epg_dvb_blacklist_mode") else ()
-            eEPGCache.getInstance().receive(services.first(MOST_SERVICES), forbidden)
+            eEPGCache.getInstance().receive(eServiceCenter.getInstance().first(MOST_SERVICES), forbidden)
 
     def save_settings(self):
         """Write the settings file, if that changes anything: looking around leaves a folder as it is."""

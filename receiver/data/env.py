@@ -4,7 +4,6 @@
     env.real("/media/hdd/epg.dat")                               # where that is on this PC
 """
 import os
-import re
 import sys
 
 from ..places import HERE, PLUGIN_FOLDERS
@@ -17,7 +16,6 @@ FOLDERS = (ETC, "/media/hdd", "/media/usb", "/home/root", "/tmp")  # of every bo
 SHARED = (str(HERE.parent), *map(str, PLUGIN_FOLDERS), sys.prefix, sys.base_prefix, "/usr", "/proc", "/dev/null", "/dev/urandom")
 
 _root = _etc = None
-_sink = print
 
 
 def configure(etc, root):
@@ -33,21 +31,21 @@ def configure(etc, root):
 
 
 def etc():
-    """The PC's folder that plays /etc/enigma2. RuntimeError before `configure`: a PC's own /etc stays untouched."""
-    return _chosen(_etc)
+    """The PC's folder that plays /etc/enigma2."""
+    return _etc
 
 
 def root():
     """The PC's folder that plays /."""
-    return _chosen(_root)
+    return _root
 
 
 def real(path):
-    """Where a path of the box is on this PC. A path that is already one of the PC's stays."""
+    """Where a path of the box is on this PC. A path that is already one of the PC's stays. Before `configure` an error."""
     path = "/" + os.path.normpath(os.path.join("/", os.fsdecode(path))).lstrip("/")
-    if within(path, etc(), root(), *SHARED):
+    if within(path, _etc, _root, *SHARED):
         return path
-    return etc() + path[len(ETC):] if within(path, ETC) else root() + path
+    return _etc + path[len(ETC):] if within(path, ETC) else _root + path
 
 
 def within(path, *folders):
@@ -57,19 +55,7 @@ def within(path, *folders):
 
 def log(line):
     """Print one line on the console. Bytes that are no UTF-8 (file names, service names) are shown as escapes."""
-    _sink(str(line).encode("utf-8", "backslashreplace").decode("utf-8"))
-
-
-def set_log(sink):
-    """Send console lines to `sink(line)`; None gives them back to standard output."""
-    global _sink
-    _sink = sink or print
-
-
-def _chosen(folder):
-    if folder is None:
-        raise RuntimeError("the receiver's folders are not chosen yet: call env.configure first")
-    return folder
+    print(str(line).encode("utf-8", "backslashreplace").decode("utf-8"))
 
 
 class eEnv:
@@ -77,8 +63,5 @@ class eEnv:
 
     @staticmethod
     def resolve(text):
-        """Expand ${sysconfdir} and environment variables in `text`; "" when a variable is unknown."""
-        values = dict(os.environ, sysconfdir="/etc")
-        if any(name not in values for name in re.findall(r"\$\{(\w+)\}", text)):
-            return ""
-        return re.sub(r"\$\{(\w+)\}", lambda match: values[match.group(1)], text)
+        """The path that `text` means, which begins with ${sysconfdir}."""
+        return text.replace("${sysconfdir}", "/etc")

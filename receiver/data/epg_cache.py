@@ -4,20 +4,17 @@ No screen of the receiver shows programmes, so what it knows of a service is how
 receiver's own: a word, a checksum, and that as JSON. A file of anything else is never overwritten: it is somebody's.
 """
 import errno
+import functools
 import json
 import os
 import zlib
 
 from . import env, walls
-from .files import read_file, write_atomically
+from .files import read_file, reason, write_atomically
 
 _HEADER = walls.EPG_MAGIC + b" 3 %08x\n"
 A_WEEK = 210     # programmes that the broadcast brings of a service
 EVENT_BYTES = 50  # of a programme in the file of a box, which does not save small ones
-
-
-class BadFile(Exception):
-    """The file is not a whole cache file of ours; the text says why."""
 
 
 def pack(events):
@@ -27,13 +24,24 @@ def pack(events):
 
 
 def unpack(data):
-    """The events of a file's content; BadFile when it is broken or not ours."""
+    """The events of a file's content; ValueError when it is broken or not ours."""
     header, _, body = data.partition(b"\n")
     if not data.startswith(walls.EPG_MAGIC):
-        raise BadFile("not an EPG cache file of this receiver")
+        raise ValueError("not an EPG cache file of this receiver")
     if header + b"\n" != _HEADER % zlib.crc32(body):
-        raise BadFile("broken, or of another version")
+        raise ValueError("broken, or of another version")
     return json.loads(body)
+
+
+@functools.lru_cache(maxsize=1)
+def _counts_of(path, *identity):
+    """(events, services) of a file, None for a broken one. The picture asks at every frame: it is read again only when its
+    path or `identity` is another."""
+    try:
+        events = unpack(read_file(path))
+    except ValueError:
+        return None
+    return sum(events.values()), len(events)
 
 
 class eEPGCache:
@@ -44,8 +52,7 @@ class eEPGCache:
 
     def __init__(self):
         self._events = {}
-        self._path = None
-        self._seen = (None, None)      # file identity -> its counts, so that the picture can ask at every frame
+        self._path = env.EPG_FILE
         self.on_failure = lambda text: None
 
     @staticmethod
@@ -57,39 +64,32 @@ class eEPGCache:
 
     def setCacheFile(self, path):
         """Name the cache file, by its path on the box. Neither loads nor saves."""
-        self._path = path
+        self._path = path or env.EPG_FILE
 
     def cacheFile(self):
         """Path of the cache file; epg.dat on the hard disk as long as nobody named one."""
-        return self._path or env.EPG_FILE
+        return self._path
 
     def load(self):
         """Replace the cache by what the file holds. A missing, broken or foreign file changes nothing."""
         try:
-            self._events = unpack(read_file(self.cacheFile()))
+            self._events = unpack(read_file(self._path))
         except FileNotFoundError:  # as on a new box
-            env.log("[EPGCache] there is no %s yet" % self.cacheFile())
-        except (OSError, ValueError, BadFile) as error:
-            env.log("[EPGCache] %s not loaded: %s" % (self.cacheFile(), _reason(error)))
+            env.log("[EPGCache] there is no %s yet" % self._path)
+        except (OSError, ValueError) as error:
+            env.log("[EPGCache] %s not loaded: %s" % (self._path, reason(error)))
 
     def save(self):
         """Write the cache to its file, an empty one too. A failure leaves the old file as it was."""
         try:
-            if self.isForeign():
-                raise OSError(errno.EEXIST, "a file that this receiver has not made is left alone")
-            write_atomically(self.cacheFile(), pack(self._events))
+            with walls.outside():
+                place = os.path.realpath(env.real(self._path))
+                if os.path.lexists(place) and not walls.is_epg_file(place):
+                    raise OSError(errno.EEXIST, "a file that this receiver has not made is left alone")
+            write_atomically(self._path, pack(self._events))
         except (OSError, ValueError) as error:
-            env.log("[EPGCache] %s not saved: %s" % (self.cacheFile(), _reason(error)))
-            self.on_failure("%s was not saved: %s" % (self.cacheFile(), _reason(error)))
-
-    def isForeign(self):
-        """Whether something is in the file's place that no receiver has made."""
-        try:
-            return read_file(self.cacheFile())[:len(walls.EPG_MAGIC)] not in (walls.EPG_MAGIC, b"")
-        except FileNotFoundError:
-            return False
-        except OSError:
-            return True
+            env.log("[EPGCache] %s not saved: %s" % (self._path, reason(error)))
+            self.on_failure("%s was not saved: %s" % (self._path, reason(error)))
 
     def clearDB(self):
         """Forget every event. The file is not touched."""
@@ -107,26 +107,13 @@ class eEPGCache:
         """(events, services) in the file; None when it is missing or could not be loaded."""
         try:
             with walls.outside():
-                info = os.stat(env.real(self.cacheFile()))
-            identity = (self.cacheFile(), info.st_ino, info.st_size, info.st_mtime_ns)
-            if self._seen[0] != identity:
-                self._seen = (identity, None)
-                events = unpack(read_file(self.cacheFile()))
-                self._seen = (identity, (sum(events.values()), len(events)))
-        except (OSError, ValueError, BadFile):
+                info = os.stat(env.real(self._path))
+            return _counts_of(self._path, info.st_ino, info.st_size, info.st_mtime_ns)
+        except (OSError, ValueError):
             return None
-        return self._seen[1]
-
-    def events(self, ref):
-        """How many programmes of a service are known."""
-        return self._events.get(ref.toCompareString(), 0)
 
     def receive(self, refs, skip=()):
         """What a tuner brings on a box: a week of programmes of these services, but for those whose compare form is in `skip`."""
         for ref in refs:
             if ref.toCompareString() not in skip:
                 self._events[ref.toCompareString()] = A_WEEK
-
-
-def _reason(error):
-    return getattr(error, "strerror", None) or error

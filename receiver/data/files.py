@@ -6,6 +6,9 @@ import shutil
 from . import env, walls
 
 
+MOST_COMPLAINTS = 10  # about one file
+
+
 def decode(data):
     """Bytes of a box's text file as str; bytes that are no UTF-8 survive as surrogates."""
     return data.decode("utf-8", "surrogateescape")
@@ -54,38 +57,18 @@ def write_atomically(path, data):
             with contextlib.suppress(OSError):
                 os.unlink(temporary)
             raise
-        _sync_folder(os.path.dirname(path))
         walls.made(path)
 
 
-def _sync_folder(path):
-    """Make a rename durable. A file system that can't do that has already done what it can."""
-    with contextlib.suppress(OSError):
-        folder = os.open(path, os.O_RDONLY)
-        try:
-            os.fsync(folder)
-        finally:
-            os.close(folder)
+def reason(error):
+    """Why reading or writing failed, without the path."""
+    return getattr(error, "strerror", None) or error
 
 
-class Complaints:
-    """Console lines about one file: "lamedb:12: ...". The first few in full, then a count, so that a file of rubbish
-    can't drown the console."""
-
-    LIMIT = 10
-
-    def __init__(self, path):
-        self.path = path
-        self.count = 0
-
-    def add(self, line_number, text):
-        """Report a broken line (1-based; 0 for the file as a whole)."""
-        self.count += 1
-        if self.count <= self.LIMIT:
-            place = "%s:%d" % (self.path, line_number) if line_number else self.path
-            env.log("[receiver] %s: %s" % (place, text))
-
-    def close(self):
-        """Report how many lines were not printed."""
-        if self.count > self.LIMIT:
-            env.log("[receiver] %s: %d more broken lines" % (self.path, self.count - self.LIMIT))
+def complain(path, broken):
+    """Console lines about what is broken in a file, (number of the line or 0, text) pairs. The first few in full, then a
+    count, so that a file of rubbish can't drown the console."""
+    for number, text in broken[:MOST_COMPLAINTS]:
+        env.log("[receiver] %s: %s" % ("%s:%d" % (path, number) if number else path, text))
+    if len(broken) > MOST_COMPLAINTS:
+        env.log("[receiver] %s: %d more broken lines" % (path, len(broken) - MOST_COMPLAINTS))

@@ -11,37 +11,34 @@ TV_TYPES = (1, 17, 22, 25, 31, 134, 195, 211)
 RADIO_TYPES = (2, 10)
 
 
-def _types(types):
-    return " || ".join("(type == %d)" % number for number in types)
+def _favourites(mode, file):
+    return '1:7:%d:0:0:0:0:0:0:0:FROM BOUQUET "%s" ORDER BY bouquet' % (mode, file)
 
 
-def _root(mode, query):
-    return "1:7:%d:0:0:0:0:0:0:0:%s" % (mode, query)
+def _all(mode, types):
+    return "1:7:%d:0:0:0:0:0:0:0:%s ORDER BY name" % (mode, " || ".join("(type == %d)" % number for number in types))
 
 
 class ServiceList:
     """A snapshot of one list."""
 
     def __init__(self, refs, name_of):
-        self._name_of = name_of
-        self._next = iter(refs)
+        self._refs, self._name_of = iter(refs), name_of
 
     def getNext(self):
         """The next eServiceReference; an invalid one after the last."""
-        ref = next(self._next, None)
+        ref = next(self._refs, None)
         return eServiceReference() if ref is None else eServiceReference(ref)
 
     def getContent(self, format="R", sorted=False):
         """All services that are left: one item per service for a one-letter format, else a tuple with one field per letter.
 
-        S text form, C compare form, R eServiceReference, N name, n short name (the same here). ValueError for another
+        S text form, C compare form, R eServiceReference, N name, n short name (the same here). KeyError for another
         letter. `sorted` orders them by name.
         """
         fields = {"S": eServiceReference.toString, "C": eServiceReference.toCompareString, "R": eServiceReference,
                   "N": self._name_of, "n": self._name_of}
-        if not format or set(format) - set(fields):
-            raise ValueError("unknown format %r" % format)
-        refs = list(self._next)
+        refs = list(self._refs)
         if sorted:
             refs.sort(key=lambda ref: self._name_of(ref).casefold())
         rows = [tuple(fields[letter](ref) for letter in format) for ref in refs]
@@ -52,15 +49,15 @@ class eServiceCenter:
     """The service database of this run's etc folder, read when first asked for."""
 
     # Where the channel list starts, as eServiceReference texts.
-    ROOT_TV_FAVOURITES = _root(1, 'FROM BOUQUET "bouquets.tv" ORDER BY bouquet')
-    ROOT_RADIO_FAVOURITES = _root(2, 'FROM BOUQUET "bouquets.radio" ORDER BY bouquet')
-    ROOT_TV_ALL = _root(1, _types(TV_TYPES) + " ORDER BY name")
-    ROOT_RADIO_ALL = _root(2, _types(RADIO_TYPES) + " ORDER BY name")
+    ROOT_TV_FAVOURITES = _favourites(1, "bouquets.tv")
+    ROOT_RADIO_FAVOURITES = _favourites(2, "bouquets.radio")
+    ROOT_TV_ALL = _all(1, TV_TYPES)
+    ROOT_RADIO_ALL = _all(2, RADIO_TYPES)
 
     _instance = None
 
     def __init__(self):
-        self._lamedb = self._bouquets = None
+        self._lamedb, self._bouquets = Lamedb(env.etc()), Bouquets(env.etc())
 
     @staticmethod
     def getInstance():
@@ -69,35 +66,23 @@ class eServiceCenter:
             eServiceCenter._instance = eServiceCenter()
         return eServiceCenter._instance
 
-    def reload(self):
-        """Read lamedb and the bouquets of the etc folder (again)."""
-        self._lamedb = Lamedb.read(env.etc())
-        self._bouquets = Bouquets(env.etc())
-
-    def counts(self):
-        """(services in lamedb, bouquets below the two roots)."""
-        self._load()
-        return len(self._lamedb.services), len(self._bouquets.files) - len(Bouquets.ROOTS)
-
     def list(self, ref):
-        """A ServiceList of what `ref` (root, bouquet, provider, satellite) holds; None when it is no list."""
-        self._load()
+        """A ServiceList of what `ref` (a root, a bouquet) holds; None when it is no list."""
+        bouquet = self._bouquets.find(ref)
         if ref.type != ref.idDVB or not ref.flags & ref.canDescent:
             return None
-        bouquet = self._bouquets.find(ref)
         if bouquet:
             refs = [entry for entry in bouquet.services if not entry.flags & ref.isInvisible]
-        elif "FROM BOUQUET" in ref.getPath():
-            refs = []
         elif "(type ==" in ref.getPath():
             refs = self._query(ref)
+        elif "FROM BOUQUET" in ref.getPath():
+            refs = []
         else:
             return None
         return ServiceList(refs, self.getName)
 
     def getName(self, ref):
         """Display name: a bouquet's own, else the one in the reference, else the one in lamedb, else ""."""
-        self._load()
         bouquet = self._bouquets.find(ref)
         if bouquet:
             return bouquet.name or ref.getName() or bouquet_file(ref)
@@ -111,10 +96,6 @@ class eServiceCenter:
         lists = self.list(eServiceReference(self.ROOT_TV_FAVOURITES)).getContent("R")[:2]
         refs = (ref for content in filter(None, map(self.list, lists)) for ref in content.getContent("R"))
         return list(itertools.islice((ref for ref in refs if not ref.flags & (ref.isMarker | ref.isDirectory)), most))
-
-    def _load(self):
-        if self._lamedb is None:
-            self.reload()
 
     def _query(self, ref):
         """All services of the types that a list query names."""

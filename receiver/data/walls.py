@@ -81,11 +81,15 @@ def _is_own(place):
     """Whether a file of a user's folder is one that the receiver keeps there."""
     if place in _made or os.path.basename(place).startswith(OWN_FILES):
         return True
-    if os.path.islink(place) or not os.path.isfile(place):
-        return False
-    with contextlib.suppress(OSError), open(place, "rb") as file:
-        start = file.read(len(EPG_MAGIC))
-        return start in (EPG_MAGIC, b"")
+    return not os.path.islink(place) and is_epg_file(place)
+
+
+def is_epg_file(place):
+    """Whether at a path of the PC there is an EPG file of a receiver, or an empty one."""
+    with contextlib.suppress(OSError):
+        if os.path.isfile(place):
+            with open(place, "rb") as file:
+                return file.read(len(EPG_MAGIC)) in (EPG_MAGIC, b"")
     return False
 
 
@@ -112,24 +116,19 @@ def _wrapped(function, positions, translate):
     return call
 
 
-def _opening(function, first, second, writes):
-    """`function` opens files; `writes(its second argument)` tells whether to write. The arguments' names come before."""
+def _opening(function, writes):
+    """`function` opens files; `writes(its flags)` tells whether to write."""
     @functools.wraps(function)
-    def call(*arguments, **keywords):
-        named = dict(zip((first, second), arguments), **keywords)
-        path, rest = named.pop(first), arguments[2:]
+    def call(path, flags, *arguments, **keywords):
         if getattr(_state, "on", False) and not isinstance(path, int) and keywords.get("opener") is None:
             with outside():
-                path = _at(path, named)
-                if writes(named.get(second, "")):
-                    path = for_writing(path)
-                    if not os.path.exists(path):
-                        made(path)
-                else:
-                    path = env.real(path)
+                path = _at(path, keywords)
+                path = for_writing(path) if writes(flags) else env.real(path)
+                if writes(flags) and not os.path.exists(path):
+                    made(path)
                 check_readable(path)
         with outside():
-            return function(path, named.pop(second), *rest, **named) if second in named else function(path, **named)
+            return function(path, flags, *arguments, **keywords)
     return call
 
 
@@ -152,8 +151,9 @@ def _build():
         for name, positions in table.items():
             setattr(os, name, _wrapped(getattr(os, name), positions, translate))
     os.access = _access(os.access)
-    os.open = _opening(os.open, "path", "flags", lambda flags: flags & (os.O_WRONLY | os.O_RDWR | os.O_CREAT | os.O_TRUNC))
-    builtins.open = io.open = _opening(io.open, "file", "mode", lambda mode: set(mode) & set("wax+"))
+    os.open = _opening(os.open, lambda flags: flags & (os.O_WRONLY | os.O_RDWR | os.O_CREAT | os.O_TRUNC))
+    opened = _opening(open, lambda mode: set(mode) & set("wax+"))
+    builtins.open = io.open = lambda file, mode="r", *rest, **keywords: opened(file, mode, *rest, **keywords)
 
 
 _build()

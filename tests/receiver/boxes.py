@@ -2,6 +2,7 @@
 import os
 import tempfile
 import unittest
+from unittest import mock
 
 from receiver.data import env
 
@@ -22,8 +23,9 @@ class BoxTest(unittest.TestCase):
         for name in ("_etc", "_root"):
             self.addCleanup(setattr, env, name, getattr(env, name))
         env.configure(self.etc, self.root)
-        env.set_log(self.console.append)
-        self.addCleanup(env.set_log, None)
+        log = mock.patch.object(env, "log", self.console.append)
+        log.start()
+        self.addCleanup(log.stop)
 
     def write(self, name, data):
         """Write a file of the etc folder; text goes out as UTF-8, line ends as they are. Its path."""

@@ -80,9 +80,12 @@ class Broken(BouquetsTest):
         self.assertEqual(self.console, [])
 
     def test_broken_lines_cost_a_console_line_each(self):
-        self.assertEqual(self.texts("#SERVICE x:y\nwhat is this\n#SERVICE\n#SERVICE 1:7:1:0:0:0:0:0:0:0:\n#SERVICE %s\n" % ONE),
-                         [ONE])
-        self.assertEqual([line.split("userbouquet.a.tv:")[1][0] for line in self.console], ["1", "2", "3", "4"])
+        self.assertEqual(self.texts("#SERVICE x:y\nwhat is this\n#SERVICE\n#SERVICE %s\n" % ONE), [ONE])
+        self.assertEqual([line.split("userbouquet.a.tv:")[1][0] for line in self.console], ["1", "2", "3"])
+
+    def test_a_link_without_a_file_name_is_an_empty_list(self):
+        self.load("", root="#SERVICE 1:7:1:0:0:0:0:0:0:0:\n#SERVICE %s\n" % (LINK % "userbouquet.a.tv"))
+        self.complaint("bouquet not read: Is a directory")
 
     def test_a_description_behind_a_broken_service_names_nothing(self):
         self.assertEqual(self.texts("#SERVICE %s\n#SERVICE x\n#DESCRIPTION lost\n" % ONE), [ONE])

@@ -17,7 +17,7 @@ TAIL = "end\nHave a lot of bugs!\n"
 class LamedbTest(BoxTest):
     def load(self, data, name="lamedb"):
         self.write(name, data)
-        return Lamedb.read(self.etc)
+        return Lamedb(self.etc)
 
     def names(self, data):
         return [service.name for service in self.load(data).services.values()]
@@ -51,12 +51,12 @@ class Format4(LamedbTest):
 
 class Broken4(LamedbTest):
     def test_missing_file(self):
-        self.assertEqual(Lamedb.read(self.etc).services, {})
+        self.assertEqual(Lamedb(self.etc).services, {})
         self.complaint("lamedb", "No such file")
 
     def test_a_directory_in_its_place(self):
         os.mkdir(os.path.join(self.etc, "lamedb"))
-        self.assertEqual(Lamedb.read(self.etc).services, {})
+        self.assertEqual(Lamedb(self.etc).services, {})
         self.complaint("Is a directory")
 
     def test_wrong_first_line(self):
@@ -76,7 +76,7 @@ class Broken4(LamedbTest):
         self.complaint("lamedb:8: service without name")
         self.console.clear()
         self.assertEqual(self.names(HEAD + "1b7b:00c00000:0401:0001:25:0\nOne\n" + TWO + TAIL), ["One", "Two"])
-        self.complaint("lamedb:9: service without options")
+        self.complaint("lamedb:8: service without options")
 
     def test_truncated_anywhere(self):
         whole = HEAD + ONE + TWO + "end\n"
@@ -90,8 +90,7 @@ class Broken4(LamedbTest):
 
     def test_missing_ends(self):
         self.assertEqual(self.names(HEAD.replace("end\n", "") + ONE + TAIL), ["One"])
-        self.complaint('lamedb:6: "end" is missing')
-        self.console.clear()
+        self.assertEqual(self.console, [])
         self.assertEqual(self.names(HEAD + ONE), ["One"])
         self.complaint("lamedb:10: the file stops")
 
@@ -108,10 +107,6 @@ class Broken4(LamedbTest):
         self.assertEqual(len(self.console), 11)
         self.assertIn("more broken lines", self.console[-1])
 
-    def test_unknown_section(self):
-        self.assertEqual(self.names(HEAD.replace("end\n", "end\nbookmarks\nend\n", 1) + ONE + TAIL), ["One"])
-        self.complaint("lamedb:7: is in no section")
-
 
 class Format5(LamedbTest):
     HEAD = "eDVB services /5/\n# a comment\nt:00c00000:0401:0001,s:11719000:29500000:0:3:192:2:0:1:1:1,MIS/PLS:1:2:3\n"
@@ -126,7 +121,7 @@ class Format5(LamedbTest):
         data = self.HEAD + 's:zz,"x"\nt:1:2\nhello\n\ns:1:2:3:4:1:0,"no end\ns:1b7c:00c00000:0401:0001:1:0,"Two",p:\n'
         self.assertEqual(self.names(data), ["Two"])
         self.assertEqual([line.split(": ")[0][-8:] for line in self.console],
-                         ["lamedb:%d" % number for number in (4, 5, 6, 8)])
+                         ["lamedb:%d" % number for number in (4, 6, 8)])
 
     def test_crlf_and_missing_last_line_end(self):
         data = self.HEAD + 's:1b7c:00c00000:0401:0001:1:0,"Two",p:x'
@@ -138,9 +133,9 @@ class Size(LamedbTest):
         data = HEAD + "".join("%04x:00c00000:0401:0001:1:0\nService %d\np:P\n" % (i, i) for i in range(5000)) + TAIL
         self.write("lamedb", data)
         before = time.process_time()
-        self.assertEqual(len(Lamedb.read(self.etc).services), 5000)
+        self.assertEqual(len(Lamedb(self.etc).services), 5000)
         self.assertLess(time.process_time() - before, 1)
 
     def test_the_sample_is_clean(self):
-        self.assertEqual(len(Lamedb.read(SAMPLE).services), 54)
+        self.assertEqual(len(Lamedb(SAMPLE).services), 54)
         self.assertEqual(self.console, [])

@@ -142,7 +142,7 @@ class OddListsTest(BoxTest):
                 file.truncate(1 << 42)
         for make in (lambda: os.mkfifo(path), lambda: os.symlink("/dev/zero", path), huge, lambda: os.symlink(path, path)):
             make()
-            self.assertEqual(Lamedb.read(self.etc).services, {})
+            self.assertEqual(Lamedb(self.etc).services, {})
             self.complaint("lamedb")
             self.console.clear()
             os.unlink(path)
@@ -159,10 +159,10 @@ class OddListsTest(BoxTest):
             sample = file.read()
         for data in (b"\xef\xbb\xbf" + sample, sample.replace(b"/4/", b"/3/", 1), sample.replace(b"\n", b"\r\n")):
             self.write("lamedb", data)
-            self.assertEqual(len(Lamedb.read(self.etc).services), 54)
+            self.assertEqual(len(Lamedb(self.etc).services), 54)
         os.unlink(os.path.join(self.etc, "lamedb"))
         self.write("lamedb5", 'eDVB services /5/\ns:1b7b:00c00000:0401:0001:25:0,"One",p:Maker\n')
-        self.assertEqual([service.name for service in Lamedb.read(self.etc).services.values()], ["One"])
+        self.assertEqual([service.name for service in Lamedb(self.etc).services.values()], ["One"])
         self.assertEqual(self.console, [])
 
 
