@@ -86,8 +86,9 @@ private:
     {
         const Object isMarker = host::referenceFlag(host(), "isMarker"_t);
         const Object notPlayable = isMarker.bitOr(host::referenceFlag(host(), "isDirectory"_t));
+        const Object getNext = services.attr("getNext"_t);
         for (;;) {
-            const ServiceReference service(services.call("getNext"_t));
+            const ServiceReference service(getNext(host::At::here()));
             if (!service.valid())
                 return;
             if (!service.hasAnyOf(notPlayable))

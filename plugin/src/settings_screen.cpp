@@ -241,8 +241,9 @@ private:
     void move(host::Named direction) const
     {
         clearStatus();
-        if (configList().rows().size() > 0)
-            configList().moveSelection(direction);
+        const ConfigList list = configList();
+        if (list.rows().size() > 0)
+            list.moveSelection(direction);
     }
 
     void clearStatus() const { showResult(host().text(""_t)); }

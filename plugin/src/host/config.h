@@ -4,14 +4,17 @@
 #include "host/object.h"
 
 #include <array>
+#include <cstdint>
 #include <optional>
 
 namespace veltro::host {
 
-/// Where a configuration element stands: config.<section>[.<subsection>].<name>
+/// The sections of the tree that the module knows: two of the root, and two within `usage`.
+enum class Section : std::uint8_t { usage, misc, usageEpg, usageAutolanguage };
+
+/// Where a configuration element stands: its section, and its name there.
 struct ConfigKey { // NOLINT(cppcoreguidelines-pro-type-member-init): it has no constructor that could leave one out
-    Text section;
-    std::optional<Text> subsection;
+    Section section;
     Text name;
 };
 
@@ -37,33 +40,30 @@ public:
 
     [[nodiscard]] ConfigElement element(const ConfigKey& key, At at = At::here())
     {
-        Object section = sectionOf(root_, key.section, at);
-        if (key.subsection)
-            section = sectionOf(section, *key.subsection, at);
-        return ConfigElement(section.attr({key.name, at}));
+        return ConfigElement(section(key.section, at).attr({key.name, at}));
     }
 
 private:
-    struct Section {
-        PyPointer parent;
+    struct Place { // NOLINT(cppcoreguidelines-pro-type-member-init): as ConfigKey
         Text name;
-        Object object;
+        std::optional<Section> parent; // none: the root
     };
+    // By the values of Section.
+    static constexpr std::array<Place, 4> kPlaces{
+        {{"usage"_t, {}}, {"misc"_t, {}}, {"epg"_t, Section::usage}, {"autolanguage"_t, Section::usage}}};
 
-    [[nodiscard]] Object sectionOf(const Object& parent, Text name, At at)
+    [[nodiscard]] const Object& section(Section which, At at)
     {
-        for (std::optional<Section>& section : sections_) {
-            if (!section)
-                section = Section{parent.get(), name, parent.attr({name, at})};
-            if (section->parent == parent.get() && section->name == name)
-                return section->object;
+        const auto index = static_cast<std::size_t>(which);
+        if (!sections_[index]) {
+            const Place& place = kPlaces[index];
+            sections_[index] = (place.parent ? section(*place.parent, at) : root_).attr({place.name, at});
         }
-        return parent.attr({name, at}); // GCOVR_EXCL_LINE: there are no more sections
+        return *sections_[index];
     }
 
     Object root_;
-    // Not a vector: to report its length errors it brings in functions that ask for a newer C library than boxes have.
-    std::array<std::optional<Section>, 4> sections_; // usage, misc, and the two within usage
+    std::array<std::optional<Object>, kPlaces.size()> sections_;
 };
 
 /// One element of the tree, looked up now.
