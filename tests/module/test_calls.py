@@ -61,6 +61,22 @@ class Outward(HostTestCase):
             screen.setWindowTitle()
             self.assertCalls()
 
+    def test_whatever_a_class_has_for_a_method(self):
+        heard = []
+
+        def always(screen, name):
+            return heard.append if name == "setTitle" else object.__getattribute__(screen, name)
+        for names in ({"setTitle": lambda screen, text: heard.append(text)}, {"setTitle": heard.append},
+                      {"setTitle": classmethod(lambda screen, text: heard.append(text))},
+                      {"setTitle": staticmethod(heard.append)}, {"setTitle": property(lambda screen: heard.append)},
+                      {"__getattribute__": always}):
+            screen = self.editor()
+            if "setTitle" not in names or isinstance(names["setTitle"], property):
+                screen.__dict__["setTitle"] = None  # these come before what the object has of its own
+            screen.__class__ = type("Sub", (self.Veltro.Edit_DVB_EPG_Blacklist,), names)
+            screen.setWindowTitle()
+        self.assertEqual(heard, ["[%s]" % TITLE] * 6)
+
     def test_arguments_that_do_not_fit(self):
         def nothing():
             raise AssertionError("it takes no argument")

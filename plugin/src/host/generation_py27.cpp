@@ -16,6 +16,9 @@ namespace {
 constexpr const char* kModuleName = "Veltro";
 constexpr const char* kOperationTypeName = "Veltro.operation";
 
+// 2.7 cannot build such a type at run time. The type is the interpreter's, filled once and never freed.
+PyTypeObject operationTypeObject;
+
 } // namespace
 
 const char* const kBuiltinsModule = "__builtin__";
@@ -82,7 +85,6 @@ PyObject* dictGet(PyObject* dict, PyObject* key)
 
 namespace {
 
-/// Calls what is no method of Python code with a tuple of its arguments.
 PyObject* callWithTuple(PyObject* callable, PyObject* const* arguments, std::size_t count)
 {
     const Held tuple(PyTuple_New(static_cast<Py_ssize_t>(count)));
@@ -106,21 +108,46 @@ PyObject* callFunction(PyObject* function, PyObject** arguments, std::size_t cou
         hasDefaults ? static_cast<int>(PyTuple_GET_SIZE(defaults)) : 0, PyFunction_GET_CLOSURE(function));
 }
 
+/// The function behind object.name if that is an ordinary method, so that no method object must be made for one call.
+PyObject* functionOf(PyObject* object, PyObject* name)
+{
+    PyTypeObject* const type = Py_TYPE(object);
+    if (type->tp_getattro != &PyObject_GenericGetAttr)
+        return nullptr;
+    PyObject* const found = _PyType_Lookup(type, name); // borrowed
+    if (found == nullptr || !(PyFunction_Check(found) || Py_TYPE(found) == &operationTypeObject))
+        return nullptr;
+    PyObject** const attributes = _PyObject_GetDictPtr(object);
+    if (attributes != nullptr && *attributes != nullptr && PyDict_GetItem(*attributes, name) != nullptr)
+        return nullptr; // the object has one of its own
+    Py_INCREF(found);
+    return found;
+}
+
+/// Without a tuple where the callee does not need one.
+PyObject* callPlain(PyObject* callable, PyObject** arguments, std::size_t count)
+{
+    if (PyFunction_Check(callable))
+        return callFunction(callable, arguments, count);
+    if (Py_TYPE(callable) == &operationTypeObject)
+        return operationVectorCall(callable, arguments, count, nullptr);
+    return callWithTuple(callable, arguments, count);
+}
+
 } // namespace
 
 PyObject* call(PyObject* callable, PyObject** room, std::size_t count)
 {
-    if (PyFunction_Check(callable))
-        return callFunction(callable, room + 2, count);
-    const bool isBound = PyMethod_Check(callable) && PyMethod_GET_SELF(callable) != nullptr;
-    if (!isBound || !PyFunction_Check(PyMethod_GET_FUNCTION(callable)))
-        return callWithTuple(callable, room + 2, count);
+    if (!PyMethod_Check(callable) || PyMethod_GET_SELF(callable) == nullptr)
+        return callPlain(callable, room + 2, count);
     room[1] = PyMethod_GET_SELF(callable);
-    return callFunction(PyMethod_GET_FUNCTION(callable), room + 1, count + 1);
+    return callPlain(PyMethod_GET_FUNCTION(callable), room + 1, count + 1);
 }
 
 PyObject* callMethod(PyObject* name, PyObject** room, std::size_t count)
 {
+    if (const Held function{functionOf(room[1], name)})
+        return callPlain(function.get(), room + 1, count + 1);
     const Held found(PyObject_GetAttr(room[1], name));
     return found ? call(found.get(), room, count) : nullptr;
 }
@@ -165,9 +192,6 @@ void freeOperation(PyObject* self)
     Py_XDECREF(operationOf(self).owner);
     PyObject_GC_Del(self);
 }
-
-// 2.7 cannot build such a type at run time. The type is the interpreter's, filled once and never freed.
-PyTypeObject operationTypeObject;
 
 } // namespace
 

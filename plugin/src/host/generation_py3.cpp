@@ -11,13 +11,20 @@
 #include <array>
 #include <cstddef>
 
-// Not in the stable ABI of 3.8, but interpreters have them: the first from 3.11 on, the second from 3.9 on, the third
-// one all. Where one is missing, the binary still loads, and the name is null.
+// Not in the stable ABI of 3.8. Where one is missing, the binary still loads, and the name is null.
 extern "C" {
+// From 3.11 on; from 3.9 on; the same by its name on 3.8. The last two take keywords as a dictionary.
 __attribute__((weak)) PyObject* PyObject_Vectorcall(PyObject* callable, PyObject* const* arguments, std::size_t count,
                                                     PyObject* names);
+__attribute__((weak)) PyObject* PyObject_VectorcallDict(PyObject* callable, PyObject* const* arguments,
+                                                        std::size_t count, PyObject* keywords);
+__attribute__((weak)) PyObject* _PyObject_FastCallDict(PyObject* callable, PyObject* const* arguments,
+                                                       std::size_t count, PyObject* keywords);
+// From 3.9 on; what 3.8 has for it.
 __attribute__((weak)) PyObject* PyObject_VectorcallMethod(PyObject* name, PyObject* const* arguments, std::size_t count,
                                                           PyObject* names);
+__attribute__((weak)) int _PyObject_GetMethod(PyObject* object, PyObject* name, PyObject** method);
+// All have it.
 __attribute__((weak)) PyObject* PyMethod_New(PyObject* function, PyObject* self);
 }
 
@@ -107,30 +114,38 @@ PyObject* dictGet(PyObject* dict, PyObject* key)
 
 namespace {
 
-/// The arguments of a CallRoom up to the first null, for the calls of older interpreters.
-std::array<PyObject*, kMostArguments> untilNull(PyObject* const* room, std::size_t count)
+PyObject* vectorCall(PyObject* callable, PyObject* const* arguments, std::size_t count)
 {
-    std::array<PyObject*, kMostArguments> arguments{};
-    std::copy_n(room + 2, count, arguments.begin());
-    return arguments;
+    if (PyObject_Vectorcall != nullptr)
+        return PyObject_Vectorcall(callable, arguments, count | kRoomInFront, nullptr);
+    if (PyObject_VectorcallDict != nullptr)
+        return PyObject_VectorcallDict(callable, arguments, count | kRoomInFront, nullptr);
+    return _PyObject_FastCallDict(callable, arguments, count | kRoomInFront, nullptr);
+}
+
+/// Apart, so that later interpreters, which do all of it themselves, don't pay for its stack frame.
+[[gnu::noinline]] PyObject* callMethodOf38(PyObject* name, PyObject** room, std::size_t count)
+{
+    PyObject* found = nullptr;
+    const bool takesSelf = _PyObject_GetMethod(room[1], name, &found) != 0;
+    const Held held(found);
+    if (!held)
+        return nullptr;
+    return takesSelf ? vectorCall(found, room + 1, count + 1) : vectorCall(found, room + 2, count);
 }
 
 } // namespace
 
 PyObject* call(PyObject* callable, PyObject** room, std::size_t count)
 {
-    if (PyObject_Vectorcall != nullptr)
-        return PyObject_Vectorcall(callable, room + 2, count | kRoomInFront, nullptr);
-    const auto a = untilNull(room, count);
-    return PyObject_CallFunctionObjArgs(callable, a[0], a[1], a[2], a[3], nullptr);
+    return vectorCall(callable, room + 2, count);
 }
 
 PyObject* callMethod(PyObject* name, PyObject** room, std::size_t count)
 {
     if (PyObject_VectorcallMethod != nullptr)
         return PyObject_VectorcallMethod(name, room + 1, (count + 1) | kRoomInFront, nullptr);
-    const auto a = untilNull(room, count);
-    return PyObject_CallMethodObjArgs(room[1], name, a[0], a[1], a[2], a[3], nullptr);
+    return callMethodOf38(name, room, count);
 }
 
 PyObject* importModule(const char* name, PyObject* globals, PyObject* names)
