@@ -1,8 +1,13 @@
 #include "host/object.h"
 
-#include "host/cpython.h"
+#include "host/require.h"
 
 namespace veltro::host {
+
+void throwError(At at)
+{
+    throw Error(at);
+}
 
 Error::Error(At at) noexcept : at_(at)
 {

@@ -7,16 +7,26 @@
 
 namespace veltro::host {
 
+namespace {
+
+[[noreturn, gnu::cold]] void throwNotFound(Named name)
+{
+    if (PyErr_Occurred() != nullptr) // a key of the host's own type may refuse to be compared
+        throwError(name.at);
+    raise(PyExc_NameError, "name '%.200s' is not defined", name.text.chars(), name.at);
+}
+
+} // namespace
+
 Object Host::operator[](Named name) const
 {
     const PyPointer key = constant(name.text);
-    for (const PyPointer names : {bindings_[binding::kGlobals], bindings_[binding::kBuiltins]}) {
-        if (const PyPointer found = generation::dictGet(names, key))
-            return Object::share(*this, found);
-        if (PyErr_Occurred() != nullptr) // a key of the host's own type may refuse to be compared
-            throw Error(name.at);
-    }
-    raise(PyExc_NameError, "name '%.200s' is not defined", name.text.chars(), name.at);
+    PyPointer found = generation::dictGet(bindings_[binding::kGlobals], key);
+    if (found == nullptr && PyErr_Occurred() == nullptr)
+        found = generation::dictGet(bindings_[binding::kBuiltins], key);
+    if (found == nullptr)
+        throwNotFound(name);
+    return Object::share(*this, found);
 }
 
 Object Host::translate(Named id) const

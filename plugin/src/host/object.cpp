@@ -65,9 +65,14 @@ void Object::storeAttr(Named name, Argument value) const
 
 Object Object::item(int index, At at) const
 {
-    // The short ways, without an integer object.
+    // The short way, without an integer object.
     if (isPlainTuple())
         return share(host_, require(PyTuple_GetItem(pointer_, index), at));
+    return itemOfOther(index, at);
+}
+
+Object Object::itemOfOther(int index, At at) const
+{
     if (isPlainList())
         return share(host_, require(PyList_GetItem(pointer_, index), at));
     return fetchItem(Argument(host_, host_.integer(index)), at);
@@ -120,7 +125,7 @@ std::size_t Object::size(At at) const
 {
     const Py_ssize_t size = PyObject_Size(pointer_);
     if (size < 0)
-        throw Error(at);
+        throwError(at);
     return static_cast<std::size_t>(size);
 }
 
@@ -223,10 +228,14 @@ bool Object::hasItemsOf(const Object& list, std::size_t first, std::size_t end) 
 
 void Object::append(const Object& value, At at) const
 {
-    if (PyList_CheckExact(pointer_)) // nobody else's idea of appending
-        require(PyList_Append(pointer_, value.get()), at);
-    else
-        call({"append"_t, at}, value);
+    if (!isPlainList())
+        return appendToOther(value, at); // which may have its own idea of it
+    require(PyList_Append(pointer_, value.get()), at);
+}
+
+void Object::appendToOther(const Object& value, At at) const
+{
+    call({"append"_t, at}, value);
 }
 
 void Object::add(const Object& value, At at) const
@@ -249,19 +258,21 @@ Iteration::Iteration(const Object& iterable, At at)
 
 void Iteration::Cursor::advance()
 {
-    if (source_.isPlainList()) {
+    PyPointer next = nullptr;
+    if (isList_) {
         // What the list's own iterator does: the list may change its length meanwhile.
-        if (next_ < PyList_Size(source_.get()))
-            current_ = Object::share(source_.host(), PyList_GetItem(source_.get(), next_++));
-        else
-            current_.reset();
-    } else if (const PyPointer next = PyIter_Next(source_.get())) {
-        current_ = Object::adopt(source_.host(), next, at_);
-    } else if (PyErr_Occurred() != nullptr) {
-        throw Error(at_);
+        if (next_ < PyList_Size(source_))
+            next = PyList_GetItem(source_, next_++);
+        Py_XINCREF(next);
     } else {
-        current_.reset();
+        next = PyIter_Next(source_);
+        if (next == nullptr && PyErr_Occurred() != nullptr)
+            throwError(at_);
     }
+    if (next != nullptr)
+        current_.emplace(Object(host_, next));
+    else
+        current_.reset();
 }
 
 std::pair<Object, Object> unpackTwo(const Object& iterable, At at)

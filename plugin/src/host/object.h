@@ -213,11 +213,16 @@ public:
     [[nodiscard]] bool contains(const Object& value, At at = At::here()) const;
 
 private:
+    friend class Iteration;
+
     Object(Host host, PyPointer pointer) noexcept : host_(host), pointer_(pointer) {}
 
     void storeAttr(Named name, Argument value) const;
     void storeItem(Named key, Argument value) const;
     [[nodiscard]] Object fetchItem(Argument key, At at) const;
+    // Apart, so that the ways for plain tuples and lists don't pay for their stack frames.
+    [[nodiscard, gnu::noinline]] Object itemOfOther(int index, At at) const;
+    [[gnu::noinline]] void appendToOther(const Object& value, At at) const;
     Object callMethod(Named method, PyPointer* room, std::size_t count) const;
     Object callSelf(At at, PyPointer* room, std::size_t count) const;
     [[nodiscard]] bool isEqual(Argument value, At at) const;
@@ -273,7 +278,11 @@ class Iteration {
 public:
     class Cursor {
     public:
-        Cursor(const Object& source, At at) : source_(source), at_(at) { advance(); }
+        Cursor(const Object& source, At at)
+            : host_(source.host()), source_(source.get()), isList_(source.isPlainList()), at_(at)
+        {
+            advance();
+        }
         const Object& operator*() const noexcept { return *current_; }
         Cursor& operator++()
         {
@@ -285,7 +294,9 @@ public:
     private:
         void advance();
 
-        const Object& source_;
+        Host host_;
+        PyPointer source_; // the iteration's
+        bool isList_;
         At at_;
         std::ptrdiff_t next_ = 0; // of a plain list
         std::optional<Object> current_;

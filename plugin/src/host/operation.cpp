@@ -56,9 +56,16 @@ PyObject* newTuple(PyObject* const* from, PyObject* const* to)
     return tuple;
 }
 
+/// Whether each parameter has its value by its position: what a key handler's call looks like.
+bool isComplete(const OperationObject& operation, const Given& given)
+{
+    return given.count == operation.table->count && given.names == nullptr && given.keywords == nullptr &&
+           operation.table->takes != Takes::anyPositions;
+}
+
 /// `makeRest` gives the tuple of *args, from the position on that it is told.
 template <class MakeRest>
-PyObject* bindAndRun(const OperationObject& operation, const Given& given, const MakeRest& makeRest)
+[[gnu::noinline]] PyObject* bindAndRun(const OperationObject& operation, const Given& given, const MakeRest& makeRest)
 {
     std::array<PyPointer, OperationTable::kMostParameters> arguments{};
     if (!bindArguments(operation, given, arguments.data()))
@@ -93,7 +100,10 @@ PyObject* operationCall(PyObject* self, PyObject* positions, PyObject* keywords)
     for (Py_ssize_t i = 0; i < std::min<Py_ssize_t>(count, values.size()); ++i)
         values[static_cast<std::size_t>(i)] = PyTuple_GetItem(positions, i);
     const Given given{values.data(), static_cast<std::size_t>(count), nullptr, keywords};
-    return bindAndRun(operationOf(self), given, [&](std::size_t named) {
+    const OperationObject& operation = operationOf(self);
+    if (isComplete(operation, given))
+        return run(operation, given.values);
+    return bindAndRun(operation, given, [&](std::size_t named) {
         return PyTuple_GetSlice(positions, static_cast<Py_ssize_t>(named), count);
     });
 }
@@ -101,10 +111,10 @@ PyObject* operationCall(PyObject* self, PyObject* positions, PyObject* keywords)
 PyObject* operationVectorCall(PyObject* self, PyObject* const* values, std::size_t count, PyObject* names)
 {
     constexpr std::size_t kMark = std::size_t{1} << (8 * sizeof(std::size_t) - 1);
-    const OperationObject& operation = operationOf(self);
     const Given given{values, count & ~kMark, names, nullptr};
-    if (given.count == operation.table->count && names == nullptr && operation.table->takes != Takes::anyPositions)
-        return run(operation, values); // what a key handler's call looks like
+    const OperationObject& operation = operationOf(self);
+    if (isComplete(operation, given))
+        return run(operation, given.values);
     return bindAndRun(operation, given,
                       [&](std::size_t named) { return newTuple(values + named, values + given.count); });
 }
