@@ -1,9 +1,10 @@
 """Keys become actions here: the keymap file, and the bindings that the open screens have made."""
 
 from collections import defaultdict
+from dataclasses import dataclass
 import xml.etree.ElementTree as ElementTree
 
-MAKE, REPEAT, BREAK, LONG = "m", "r", "b", "l"
+MAKE, REPEAT, BREAK = "m", "r", "b"
 
 KEYS = ("up", "down", "left", "right", "ok", "exit", "red", "green", "yellow", "blue", "menu", "info", "epg",
         "tv", "radio", "channelup", "channeldown", "previous", "next", "text",
@@ -18,7 +19,7 @@ CODES = {103: "up", 108: "down", 105: "left", 106: "right", 352: "ok", 28: "ok",
          400: "yellow", 401: "blue", 139: "menu", 358: "info", 365: "epg", 377: "tv", 385: "radio", 402: "channelup",
          403: "channeldown", 412: "previous", 407: "next", 388: "text", 11: "0",
          **{number + 1: str(number) for number in range(1, 10)}}
-FLAGS = {1: MAKE, 2: BREAK, 4: REPEAT, 8: LONG}
+FLAGS = {1: MAKE, 2: BREAK, 4: REPEAT}
 
 
 class Keymap:
@@ -50,10 +51,12 @@ def _entries(path, context):
             yield (key, flag), entry.get("mapto")
 
 
+@dataclass
 class _Binding:
-    def __init__(self, context, priority, function):
-        self.context, self.priority, self.function = context, priority, function
-        self.made = None
+    context: str
+    priority: int
+    function: object
+    made: str = None  # the key whose press it has seen
 
 
 class ActionMaps:
@@ -62,7 +65,6 @@ class ActionMaps:
     def __init__(self, keymap):
         self._keymap = keymap
         self._bindings = []
-        self._long_pressed = None
         self.typed = ""
 
     def bindKey(self, domain, device, code, flags, context, action):
@@ -84,25 +86,16 @@ class ActionMaps:
         """Offer one key event to the bindings, by priority and then by age, until one answers non-zero. True if one did.
 
         Who gets it is fixed before the first call: a screen opened by this key must not see it. Repeats and
-        releases go only to bindings that saw the press, and no release follows a long press.
+        releases go only to bindings that saw the press.
         """
-        if flag == BREAK and self._long_pressed == key:
-            return False
-        if flag in (MAKE, LONG):
-            self._long_pressed = key if flag == LONG else None
         candidates = []
         for binding in sorted(self._bindings, key=lambda binding: binding.priority):
             if flag == MAKE:
                 binding.made = key
-            elif binding.made != key:
-                continue
             action = self._keymap.lookup(binding.context, key, flag)
-            if action is not None:
+            if action is not None and binding.made == key:
                 candidates.append((binding, action))
-        for binding, action in candidates:
-            if binding.function(binding.context, action):
-                return True
-        return False
+        return any(binding.function(binding.context, action) for binding, action in candidates)
 
     def type(self, char):
         """Offer a typed character, which is then `typed`, to the bindings that ask for text. True if one took it."""

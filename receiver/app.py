@@ -6,6 +6,7 @@ import sys
 import time
 import traceback
 from collections import deque
+from types import SimpleNamespace
 
 from receiver import picture
 from receiver.actions import BREAK, MAKE, REPEAT
@@ -40,23 +41,15 @@ class Console(io.TextIOBase):
         return len(text)
 
 
-class CrashScreen(dict):
+def crash_view(trace, resolution):
     """The picture of a GUI that has ended with an error. No host module is needed for it."""
-
-    class Text:
-        def __init__(self, text):
-            self.text = text
-
-    def __init__(self, trace, resolution):
-        # The marks under the source lines cost more room here than they tell.
-        trace = "\n".join(line for line in trace.split("\n") if line.strip(" ^~") or not line.strip())
-        super().__init__(trace=self.Text(trace.strip("\n")), hint=self.Text("The GUI starts again in a moment. OK: now"))
-        skin = Skin(resolution)
-        skin.load(HERE / "skin" / (resolution + ".xml"))
-        self.layout = skin.layout(skin.screens["CrashScreen"], problem=print)
-
-    def getTitle(self):
-        return self.layout.title
+    # The marks under the source lines cost more room here than they tell.
+    trace = "\n".join(line for line in trace.split("\n") if line.strip(" ^~") or not line.strip())
+    skin = Skin(resolution)
+    skin.load(HERE / "skin" / (resolution + ".xml"))
+    layout = skin.layout(skin.screens["CrashScreen"])
+    texts = {"trace": trace.strip("\n"), "hint": "The GUI starts again in a moment. OK: now"}
+    return picture.view(layout, layout.title, {name: SimpleNamespace(text=text) for name, text in texts.items()})
 
 
 class Receiver:
@@ -111,7 +104,7 @@ class Receiver:
         self.key(key, BREAK)
 
     def key(self, key, flag):
-        """One event of a key: `flag` is MAKE, REPEAT, LONG or BREAK of receiver.actions."""
+        """One event of a key: `flag` is MAKE, REPEAT or BREAK of receiver.actions."""
         if not self.is_on:
             return
         if self.crash is None:
@@ -129,16 +122,15 @@ class Receiver:
     def go_to(self, index):
         """Move the open list's cursor to a row, with the arrows: a screen may do more on these keys than move the cursor."""
         listbox = self._list()
-        content = listbox.content if listbox else ()
-        if not 0 <= index < len(content):
+        if listbox is None or not 0 <= index < len(listbox.rows):
             return
-        key, step = ("down", 1) if index > content.cursor else ("up", -1)
-        while index != content.cursor and not content.selectable(index):
+        key, step = ("down", 1) if index > listbox.cursor else ("up", -1)
+        while index != listbox.cursor and not listbox.selectable(index):
             index -= step
-        for _ in range(abs(index - content.cursor)):
-            before = content.cursor
+        for _ in range(abs(index - listbox.cursor)):
+            before = listbox.cursor
             self.press(key)
-            if self._list() is not listbox or content.cursor in (index, before):
+            if self._list() is not listbox or listbox.cursor in (index, before):
                 break
 
     def scroll(self, rows):
@@ -146,8 +138,8 @@ class Receiver:
         listbox = self._list()
         if listbox is None:
             return
-        first, last = listbox.window() + rows, len(listbox.content) - 1
-        self.go_to(min(max(listbox.content.cursor + rows, 0), last))
+        first, last = listbox.window() + rows, len(listbox.rows) - 1
+        self.go_to(min(max(listbox.cursor + rows, 0), last))
         listbox.first = min(max(first, 0), last)
 
     def _list(self):
@@ -155,7 +147,7 @@ class Receiver:
         screens = self._gui.session.screens() if self.is_on and self.crash is None and not self.is_closing else ()
         components = screens[-1].values() if screens else ()
         widgets = (component.instance for component in components if getattr(component, "visible", False))
-        return next((widget for widget in widgets if hasattr(widget, "content")), None)
+        return next(filter(None, widgets), None)
 
     @property
     def is_closing(self):
@@ -169,7 +161,7 @@ class Receiver:
         if self.is_on and self.crash is None:
             self._attempt(lambda: made.extend(picture.make(self._gui.session.screens(), *size)))
         if self.crash is not None:
-            made = [picture.view(CrashScreen(self.crash, self.resolution))]
+            made = [crash_view(self.crash, self.resolution)]
         return picture.Picture(made if self.is_on else [], self._info(), *size)
 
     def guard(self, function, *arguments):

@@ -49,9 +49,9 @@ class Gui:
         self.session = None
 
     def start(self, first_plugin=False):
-        """Import the host and the plug-ins, open the main menu and tell the plug-ins about the session.
+        """Import the host and the plug-in, open the main menu and tell the plug-in about the session.
 
-        first_plugin -- also open what the menu's first plug-in offers
+        first_plugin -- also open what it offers in the menu
         """
         running.gui = self
         forget_modules()
@@ -66,16 +66,15 @@ class Gui:
         settings.configfile.load()
         importlib.import_module("Components.UsageConfig").InitUsageConfig(settings.config, self.profile)
         self._start_epg_cache(settings.config)
-        importlib.import_module("skin").loadDefaultSkin()
-        plugins = importlib.import_module("Components.PluginComponent").plugins
-        plugins.readPluginList()
+        importlib.import_module("skin").loadSkin(self.resolution + ".xml")
+        found = importlib.import_module("Components.PluginComponent")
+        found.plugins.readPluginList()
         self.session = Session()
         self.session.open(importlib.import_module("Screens.MainMenu").MainMenu)
-        plugins.sessionStart(self.session)
+        found.plugins.sessionStart(self.session)
         if first_plugin:
-            menu = importlib.import_module("Screens.MainMenu").entries()
-            if menu:
-                menu[0](session=self.session)
+            for plugin in found.plugins.getPlugins(found.PluginDescriptor.WHERE_PLUGINMENU)[:1]:
+                plugin(session=self.session)
 
     def _start_epg_cache(self, config):
         """The events of the cache's file, then those that the broadcast brings; a client receives none."""

@@ -30,33 +30,20 @@ def _remove(owner, path):
 def _cache_class(profile):
     """The EPG cache with the habits of images and what Python sees of it there."""
     cache = eEPGCache.getInstance()
+    saving = True
 
-    class ImageCache:
-        saving = True
+    def set_save(on):
+        nonlocal saving
+        saving = bool(on)
 
-        def setCacheFile(self, path):
-            cache.setCacheFile(path)
+    def save():
+        if saving and cache.size() >= profile.smallest_cache:
+            cache.save()
 
-        def load(self):
-            cache.load()
-
-        def save(self):
-            if self.saving and cache.size() >= profile.smallest_cache:
-                cache.save()
-
-        def setSave(self, on):
-            self.saving = bool(on)
-
-        def reloadEITConfig(self, which):
-            """Read the blacklist (2), the whitelist (1) or both anew. Nothing is broadcast here that they could hold back."""
-
-        def clear(self):
-            cache.clearDB()
-
-        flushEPG = clear
-
-    for name in {"setSave", "reloadEITConfig", "clear", "flushEPG"}.difference(profile.cache_methods):
-        delattr(ImageCache, name)
-    instance = ImageCache()
-    ImageCache.getInstance = staticmethod(lambda: instance)
-    return ImageCache
+    methods = {"load": cache.load, "save": save, "setCacheFile": cache.setCacheFile}
+    others = {"setSave": set_save, "clear": cache.clearDB, "flushEPG": cache.clearDB,
+              "reloadEITConfig": lambda which: None}  # nothing is broadcast here that a blacklist could hold back
+    methods.update((name, others[name]) for name in profile.cache_methods)
+    image_cache = type("eEPGCache", (), {name: staticmethod(method) for name, method in methods.items()})
+    image_cache.getInstance = staticmethod(image_cache)  # it holds nothing, so a new one is as good
+    return image_cache

@@ -10,9 +10,7 @@ from receiver import running
 class _JumpingSelector(selectors.DefaultSelector):
     """Polls instead of waiting, and moves its loop's clock by the time it was asked to wait."""
 
-    def __init__(self):
-        super().__init__()
-        self.now = 0.0
+    now = 0.0
 
     def select(self, timeout=None):
         events = super().select(0)
@@ -42,33 +40,25 @@ class VirtualLoop(asyncio.SelectorEventLoop):
 
 
 class eTimer:
-    """The GUI's timer. Callbacks are called on the main loop without arguments.
+    """The GUI's timer. What is in `callback` is called on the main loop without arguments.
 
     A timer that nobody holds any more never fires: the loop knows it by a weak reference only.
     """
 
     def __init__(self):
-        self._callback = []
+        self.callback = []
         self._handle = None
-        self._due = 0.0
-        self._interval = None
         running.gui.timers.add(self)
-
-    @property
-    def callback(self):
-        return self._callback
-
-    def get(self):
-        return self._callback
 
     def start(self, msec, singleShot=False):
         """Fire in `msec` milliseconds, once or again and again; 0 and less mean the loop's next turn."""
         self.stop()
-        self._interval = None if singleShot else msec / 1000.0
+        # At least a millisecond between two, or a loop whose clock only moves when idle would never get on.
+        self._interval = None if singleShot else max(0.001, msec / 1000.0)
         self._arm(running.gui.loop.time() + max(0.0, msec / 1000.0))
 
     def stop(self):
-        if self._handle is not None:
+        if self.isActive():
             self._handle.cancel()
             self._handle = None
 
@@ -82,10 +72,9 @@ class eTimer:
     def _timeout(self):
         self._handle = None
         if self._interval is not None:
-            # At least a millisecond, or a loop whose clock only moves when idle would never get on.
-            self._arm(self._due + max(0.001, self._interval))
-        for position in range(len(self._callback)):
-            if position < len(self._callback) and not running.gui.guard(self._callback[position]):
+            self._arm(self._due + self._interval)
+        for function in list(self.callback):
+            if not running.gui.guard(function):
                 break
 
 

@@ -59,8 +59,21 @@ class ListBox(Box):
 
 
 @dataclass
+class Element(ListBox):
+    """A shape or widget of a screen's layout: a box that nothing is in yet. It stands where it is in the screen.
+
+    `component` names what it shows in the screen, None for a plain shape; `source` tells that the skin asks for a source
+    (source= and render=), not for a widget (name=).
+    """
+
+    component: str = None
+    source: bool = False
+    z: int = 0
+
+
+@dataclass
 class ScreenView:
-    """One open screen. `name` is the layout's name, `title` the window's title."""
+    """One open screen, or its layout. `name` is the layout's name, `title` the window's title."""
 
     name: str
     title: str
@@ -94,36 +107,33 @@ def make(screens, width=WIDTH, height=HEIGHT):
     """The views of these open screens, the lowest first. What a full-size screen hides is left out."""
     visible = []
     for screen in reversed(screens):
-        visible.insert(0, view(screen))
+        visible.insert(0, view(screen.layout, screen.getTitle(), screen))
         if visible[0].width >= width and visible[0].height >= height:
             break
     return visible
 
 
-def view(screen):
-    """One screen as its layout and its widgets' present state make it."""
-    layout = screen.layout
-    boxes = [_box(element, screen, layout) for element in sorted(layout.elements, key=lambda element: element.z)]
-    return ScreenView(layout.name, screen.getTitle(), layout.x, layout.y, layout.width, layout.height,
-                      layout.background, [box for box in boxes if box is not None])
+def view(layout, title, components):
+    """One screen as its layout and its components' present state make it."""
+    boxes = [_box(element, layout, components) for element in layout.boxes]
+    return replace(layout, title=title, boxes=[box for box in boxes if box is not None])
 
 
-def _box(element, screen, layout):
-    box = replace(element.box, x=layout.x + element.box.x, y=layout.y + element.box.y)
+def _box(element, layout, components):
+    box = replace(element, x=layout.x + element.x, y=layout.y + element.y)
     if element.component is None:
         return _plain(box)
-    component = screen.get(element.component)
+    component = components.get(element.component)
     if component is None or not getattr(component, "visible", True):
         return None
     box.role = "title" if element.component == "Title" else element.component
     listbox = getattr(component, "instance", None)
-    if not hasattr(listbox, "content"):
+    if listbox is None:
         box.text = component.text
         return _plain(box)
-    content, first = listbox.content, listbox.window()
-    rows = [replace(content.paint(index), selected=index == content.cursor)
-            for index in range(first, min(first + listbox.page, len(content)))]
-    return replace(box, text="", rows=rows, first=first, total=len(content), selected=content.cursor)
+    box.text, box.rows, box.first = "", list(listbox.visible()), listbox.first
+    box.total, box.selected = len(listbox.rows), listbox.cursor
+    return box
 
 
 def _plain(box):

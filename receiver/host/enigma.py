@@ -1,16 +1,15 @@
 """What boxes implement in C++ and show to Python as `enigma`."""
 
 from receiver import running
-from receiver.data.env import eEnv
-from receiver.data.epg_cache import eEPGCache
-from receiver.data.reference import eServiceReference
-from receiver.data.service_center import eServiceCenter
-from receiver.listbox import ConfigContent as eListboxPythonConfigContent
-from receiver.listbox import FunctionContent as eListboxPythonMultiContent
-from receiver.listbox import StringContent as eListboxPythonStringContent
+from receiver.data.env import eEnv  # noqa: F401 (offered from here, as the next ones)
+from receiver.data.epg_cache import eEPGCache  # noqa: F401
+from receiver.data.reference import eServiceReference  # noqa: F401
+from receiver.data.service_center import eServiceCenter  # noqa: F401
 from receiver.layout import RESOLUTIONS
 from receiver.listbox import eListbox
-from receiver.loop import eTimer
+from receiver.loop import eTimer  # noqa: F401
+
+eListboxPythonMultiContent = eListbox  # here the rows of a list are the widget's own
 
 
 class eActionMap:
@@ -24,28 +23,11 @@ def getPrevAsciiCode():
     return ord(running.gui.actions.typed)
 
 
-class eLabel:
-    """The widget of a text."""
-
-    def __init__(self):
-        self.text = ""
-
-
-class ePixmap:
-    """The widget of a picture."""
-
-
 class eSize:
     """A size in pixels."""
 
     def __init__(self, width, height):
-        self._width, self._height = width, height
-
-    def width(self):
-        return self._width
-
-    def height(self):
-        return self._height
+        self.width, self.height = lambda: width, lambda: height
 
 
 class eDesktop:

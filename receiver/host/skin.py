@@ -4,7 +4,6 @@ import xml.etree.ElementTree as ElementTree
 
 from receiver import running
 from receiver.layout import Skin
-from receiver.places import HERE
 from Tools.Directories import SCOPE_SKIN, resolveFilename
 
 _skin = Skin(running.gui.resolution)
@@ -20,21 +19,16 @@ def loadSkin(filename, scope=SCOPE_SKIN, desktop=None, screenID=None):
     return True
 
 
-def loadDefaultSkin():
-    """The skin of the receiver's own screens."""
-    loadSkin(str(HERE / "skin" / (running.gui.resolution + ".xml")))
-
-
 def findLayout(screen):
     """The layout for a screen: a loaded one by its names, else its own, else an empty one."""
     names = screen.skinName if isinstance(screen.skinName, list) else [screen.skinName]
     for name in names:
         if name in _skin.screens:
-            return _skin.layout(_skin.screens[name], print)
+            return _skin.layout(_skin.screens[name])
     try:
         xml = ElementTree.fromstring(screen.skin)
     except (AttributeError, ElementTree.ParseError):
         print("[Skin] No skin to read for screen %s." % "', '".join(names))
         xml = ElementTree.Element("screen")
     xml.set("name", xml.get("name") or names[0])
-    return _skin.layout(xml, print)
+    return _skin.layout(xml)

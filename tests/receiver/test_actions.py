@@ -3,7 +3,7 @@
 import tempfile
 import unittest
 
-from receiver.actions import BREAK, KEYS, LONG, MAKE, REPEAT, ActionMaps, Keymap
+from receiver.actions import BREAK, KEYS, MAKE, REPEAT, ActionMaps, Keymap
 from receiver.profile import PROFILES
 from tests.receiver.tv import TvTest, host
 
@@ -19,7 +19,7 @@ class DeliveryTest(unittest.TestCase):
     def setUp(self):
         self.maps = ActionMaps(keymap("""
             <map context="A"><key id="KEY_OK" mapto="ok" flags="m"/><key id="KEY_UP" mapto="up" flags="mr"/>
-              <key id="KEY_DOWN" mapto="down" flags="b"/><key id="KEY_DOWN" mapto="longdown" flags="l"/></map>
+              <key id="KEY_DOWN" mapto="down" flags="b"/></map>
             <map context="B"><key id="KEY_OK" mapto="yes"/><key id="KEY_RED" mapto="red"/></map>"""))
         self.calls = []
 
@@ -80,15 +80,6 @@ class DeliveryTest(unittest.TestCase):
         self.maps.deliver("down", MAKE)
         self.maps.deliver("down", BREAK)
         self.assertEqual(self.calls, [("a", "A", "down")])
-
-    def test_no_release_after_a_long_press(self):
-        self.bind("A", 0, "a")
-        for flag in (MAKE, LONG, BREAK):
-            self.maps.deliver("down", flag)
-        self.assertEqual(self.calls, [("a", "A", "longdown")])
-        for flag in (MAKE, BREAK):
-            self.maps.deliver("down", flag)
-        self.assertEqual(self.calls[1:], [("a", "A", "down")])
 
     def test_unbound_is_gone(self):
         function = self.bind("A", 0, "a")
@@ -163,10 +154,3 @@ class ActionMapTest(TvTest):
         self.map(["PluginActions"], {"red": lambda: self.calls.append("red")}, -9)
         self.press("red green")
         self.assertEqual(self.calls, ["red", "red"], "pressed and released")
-
-    def test_digits_come_as_numbers(self):
-        action_map = host("Components.ActionMap").NumberActionMap(["NumberActions"], {"7": self.calls.append}, -9)
-        action_map.execBegin()
-        self.addCleanup(action_map.execEnd)
-        self.press("7")
-        self.assertEqual(self.calls, [7])

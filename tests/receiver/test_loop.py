@@ -102,10 +102,6 @@ class TimerTest(TvTest):
         self.loop.settle()
         self.assertEqual(order, [1, 2])
 
-    def test_callback_list_can_not_be_replaced(self):
-        with self.assertRaises(AttributeError):
-            self.timer.callback = []
-
     def test_no_timer_survives_the_gui(self):
         self.timer.start(1000, True)
         self.receiver.switch_off()

@@ -413,9 +413,9 @@ class CrashTest(TvTest):
         self.assertNotEqual(self.info("EPG cache"), "0 events, 0 services")
 
     def test_an_error_while_a_row_is_painted(self):
-        def fail(selected):
+        def fail():
             raise ValueError("no text")
-        host("Components.config").config.usage.epg.eit.getMulti = fail
+        host("Components.config").config.usage.epg.eit.getText = fail
         self.assertEqual(self.top.name, "CrashScreen")
         self.assertTrue(self.text("trace").endswith("ValueError: no text"))
 

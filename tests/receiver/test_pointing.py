@@ -29,8 +29,9 @@ class PointingTest(TvTest):
         self.assertTrue(self.text("driverfile").endswith("/%s/" % self.selected.label), self.text("driverfile"))
 
     def test_headings_are_passed_over(self):
-        choices = [(text, text) for text in ("--", "one", "--", "two", "--")]
-        self.open(host("Screens.ChoiceBox").ChoiceBox, list=choices)
+        flag = host("Components.config").ConfigYesNo()
+        config = self.receiver._gui.session.current_dialog["config"]
+        self.run_in_gui(config.setList, [("--",), ("one", flag), ("--",), ("two", flag), ("--",)])
         for index, row in (0, 1), (2, 1), (3, 3), (4, 3), (2, 3), (0, 1):
             self.receiver.go_to(index)
             self.assertEqual(self.list.selected, row)

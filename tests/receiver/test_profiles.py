@@ -1,11 +1,12 @@
 """The plug-in on every image that the receiver can be like: every flow of its screens, and what the bridge is for."""
 
 import importlib
+import os
 import sys
 import unittest
 from unittest import mock
 
-from receiver.actions import BREAK, LONG, MAKE, Keymap
+from receiver.actions import BREAK, MAKE, Keymap
 from receiver.gui import find
 from receiver.places import HOST_MODULES
 from receiver.profile import PROFILES
@@ -60,7 +61,9 @@ class ImageTest(TvTest):
         self.go_to("EPG Path")
         self.press("ok")
         while "etc" not in self.labels:
-            self.press("left*2 ok")
+            self.press("left*2")
+            self.go_to("<Parent directory>")
+            self.press("ok")
         self.press("left*2")
         for name in folder.split("/"):
             self.go_to(name)
@@ -417,6 +420,15 @@ class Boxes:
         self.press("ok exit")
         self.assertShows("Main menu")
 
+    def test_the_directory_that_one_is_in_is_a_choice(self):
+        self.go_to("EPG Path")
+        self.press("ok")
+        here = self.shown(self.epg_file.parent)
+        self.assertEqual((self.labels[:2], self.selected.label), ([here, "<Parent directory>"], here))
+        self.press("down ok")
+        self.assertEqual((self.labels[0], self.selected.label), (os.path.dirname(here), os.path.basename(here)))
+        self.assertNotIn("no row", "\n".join(self.receiver.console.lines))
+
     def test_an_error_in_a_result_is_a_message(self):
         cache_file = sys.modules["Veltro"].config.misc.epgcache_filename
 
@@ -542,7 +554,7 @@ class KeymapTest(unittest.TestCase):
                 "openpli": {("ColorActions", "red", MAKE): "red", ("SetupActions", "red", MAKE): "cancel",
                             ("SetupActions", "down", MAKE): "down", ("TvRadioActions", "tv", BREAK): "keyTV"},
                 "openatv": {("ColorActions", "red", MAKE): None, ("ColorActions", "red", BREAK): "red",
-                            ("ColorActions", "red", LONG): "redlong", ("SetupActions", "red", BREAK): "cancel",
+                            ("SetupActions", "red", BREAK): "cancel",
                             ("ChannelSelectBaseActions", "red", MAKE): "showAllServices",
                             ("OkCancelActions", "exit", BREAK): "cancel"},
                 "openvix": {("ColorActions", "red", BREAK): "red", ("SetupActions", "red", MAKE): "cancel",

@@ -172,7 +172,7 @@ class LayoutTest(TvTest):
 
     def test_hidden_widgets_are_not_drawn(self):
         self.show('<widget name="label" position="0,0" size="9,9"/>')
-        self.receiver._gui.session.current_dialog["label"].hide()
+        self.receiver._gui.session.current_dialog["label"].visible = False
         self.assertEqual(self.top.boxes, [])
 
     def test_no_layout_at_all_is_an_empty_screen(self):

@@ -29,12 +29,9 @@ class Reading(SettingsTest):
         self.assertEqual((tree.misc.number.value, tree.misc.text.value), (7, "a=b"))
         self.assertEqual(self.console, [])
 
-    def test_and_to_elements_defined_earlier(self):
-        tree, file = self.start()
-        tree.misc.number.value = 9
+    def test_a_carriage_return_is_no_part_of_a_text(self):
         self.write("settings", "config.usage.flag=False\r\n")
-        file.load()
-        self.assertEqual((tree.usage.flag.value, tree.misc.number.value), (False, 5))
+        self.assertFalse(self.start()[0].usage.flag.value)
 
     def test_no_file(self):
         tree, file = self.start()

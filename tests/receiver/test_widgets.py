@@ -16,9 +16,7 @@ class FileListTest(TvTest):
             (self.root / name).touch()
 
     def files(self, directory=None, **kwargs):
-        widget = host("Components.FileList").FileList(str(self.root) + "/" if directory is None else directory, **kwargs)
-        widget.GUIcreate(None)
-        return widget
+        return host("Components.FileList").FileList(str(self.root) + "/" if directory is None else directory, **kwargs)
 
     def rows(self, widget):
         return [row[0] for row in widget.list]
@@ -73,8 +71,6 @@ class FileListTest(TvTest):
         self.assertEqual(widget.getCurrentIndex(), 0)
 
     def test_filters(self):
-        files = [path for path, folder in self.rows(self.files(matchingPattern=r"\.dat$")) if not folder]
-        self.assertEqual(files, ["B.dat"])
         self.assertTrue(all(folder for _, folder in self.rows(self.files(showFiles=False))))
 
     def test_names_that_are_no_utf8(self):
@@ -84,7 +80,7 @@ class FileListTest(TvTest):
 
 
 class ChoiceBoxTest(TvTest):
-    CHOICES = [("one", 1), ("two", 2), ("--", None), ("three", 3)]
+    CHOICES = [("one", 1), ("two", 2), ("zwei", 2), ("three", 3)]
 
     def setUp(self):
         super().setUp()
@@ -99,7 +95,7 @@ class ChoiceBoxTest(TvTest):
         self.choose("", selection=1, keys=["1", "2"])
         self.assertEqual(self.text("text"), "Choose")
         self.assertEqual([(row.label, row.shortcut) for row in self.list.rows],
-                         [("one", "1"), ("two", "2"), ("--", ""), ("three", "")])
+                         [("one", "1"), ("two", "2"), ("zwei", ""), ("three", "")])
         self.assertEqual(self.selected.label, "two")
 
     def test_ok_and_exit(self):
@@ -112,13 +108,6 @@ class ChoiceBoxTest(TvTest):
         self.assertEqual(self.choose("blue", keys=["", "", "", "blue"]), [(("three", 3),)])
         self.assertEqual(self.choose("9", keys=list("123456789")), [])
 
-    def test_a_heading_at_the_top_comes_back_into_sight(self):
-        self.CHOICES = [("--", None)] + [("%d" % number, number) for number in range(100)]
-        self.choose("up")
-        self.assertEqual(self.list.selected, 100)
-        self.press("down")
-        self.assertEqual((self.list.first, self.selected.label), (0, "0"))
-
     def test_a_long_list_pages_and_jumps(self):
         self.CHOICES = [("%d" % number, number) for number in range(100)]
         self.choose("")
@@ -126,8 +115,8 @@ class ChoiceBoxTest(TvTest):
             self.press(keys)
             self.assertEqual(self.selected.label, row)
 
-    def test_separators_are_passed_over_and_the_list_wraps(self):
-        self.choose("down*2")
+    def test_the_list_wraps(self):
+        self.choose("up")
         self.assertEqual(self.selected.label, "three")
         self.press("down")
         self.assertEqual(self.selected.label, "one")
@@ -180,7 +169,6 @@ class MessageBoxTest(TvTest):
         self.press("wait:2s")
         self.assertShows("ORSA Veltro")
         self.assertEqual(self.ask("wait:6s", timeout=5, default=False), [(False,)])
-        self.assertEqual(self.ask("wait:6s", timeout=5, timeout_default="none"), [("none",)])
 
 
 class NotificationTest(TvTest):
@@ -240,7 +228,6 @@ class ChannelListTest(TvTest):
         self.press("ok channelup")
         self.assertShows("Pick (TV) - Sport, films and more")
         self.press("channeldown*2")
-        self.assertEqual(self.screen.servicePath[-1], self.screen.servicelist.getRoot())
         self.assertNotIn("Favourites", self.top.title)
         self.press("channelup")
         self.assertShows("Pick (TV) - Favourites (TV)")
@@ -383,6 +370,14 @@ class ConfigListTest(TvTest):
     def test_headings_are_passed_over(self):
         self.press("down*3")
         self.assertNotEqual(self.selected.label, "Heading")
+
+    def test_a_heading_at_the_top_comes_back_into_sight(self):
+        config = self.receiver._gui.session.current_dialog["config"]
+        self.run_in_gui(config.setList, [("Heading",)] + [("%d" % number, self.flag) for number in range(100)])
+        self.press("previous up")
+        self.assertEqual(self.list.selected, 100)
+        self.press("down")
+        self.assertEqual((self.list.first, self.selected.label), (0, "0"))
 
     def test_leaving_unchanged(self):
         self.press("exit")

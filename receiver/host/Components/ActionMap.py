@@ -1,18 +1,17 @@
 """What a screen does on which action."""
 
+from Components.GUIComponent import Component
 from enigma import eActionMap
 
 
-class ActionMap:
+class ActionMap(Component):
     """Binds the contexts, in their order, while its screen runs. A lower `prio` is asked before a higher one."""
 
     def __init__(self, contexts=None, actions=None, prio=0):
         self.contexts = [contexts] if isinstance(contexts, str) else list(contexts or [])
         self.actions = dict(actions or {})
         self.prio = prio
-        self.enabled = True
-        self.running = False
-        self.bound = False
+        self.enabled, self.running, self.bound = True, False, False
 
     def setEnabled(self, enabled):
         self.enabled = bool(enabled)
@@ -25,9 +24,6 @@ class ActionMap:
     def execEnd(self):
         self.running = False
         self._update()
-
-    def destroy(self):
-        self.execEnd()
 
     def _update(self):
         bind = self.running and self.enabled
@@ -44,15 +40,5 @@ class ActionMap:
         """Run the handler: 0 lets others have the key, and a handler that returns nothing has dealt with it."""
         if action not in self.actions:
             return 0
-        result = self.call(action)
+        result = self.actions[action]()
         return 1 if result is None else result
-
-    def call(self, action):
-        return self.actions[action]()
-
-
-class NumberActionMap(ActionMap):
-    """An action map whose handlers of the digits get the digit as a number."""
-
-    def call(self, action):
-        return self.actions[action](int(action)) if action.isdigit() else self.actions[action]()

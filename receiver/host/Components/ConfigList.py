@@ -1,13 +1,16 @@
 """The list of settings, and the part of a screen that changes them with the remote."""
 
-from Components.ActionMap import ActionMap, NumberActionMap
+from functools import partial
+
+from Components.ActionMap import ActionMap
 from Components.ListComponent import ListComponent
 from Components.Sources.StaticText import StaticText
-from Components.config import (ConfigBoolean, ConfigElement, KEY_0, KEY_BACKSPACE, KEY_DELETE, KEY_LEFT, KEY_NUMBERS,
-                               KEY_RIGHT, KEY_TIMEOUT)
+from Components.config import (ConfigElement, ConfigYesNo, KEY_0, KEY_BACKSPACE, KEY_DELETE, KEY_LEFT, KEY_NUMBERS, KEY_RIGHT,
+                               KEY_TIMEOUT)
 from Screens.MessageBox import MessageBox
-from enigma import eListboxPythonConfigContent, eTimer
+from enigma import eTimer
 from receiver import running
+from receiver.picture import Row
 
 NUMBER_ENTRY_MS = 1000
 
@@ -17,15 +20,28 @@ def getSelectionChoices(element):
     return [(element.description[value], value) for value in element.choices], element.getIndex()
 
 
+def _element(row):
+    """The element of a row; None for a heading, which has none, and for no row at all."""
+    return row[1] if row is not None and len(row) > 1 else None
+
+
+def _paint(row):
+    element = _element(row)
+    if element is None:
+        return Row(str(row[0]), kind="heading")
+    switch = element.value if isinstance(element.value, bool) else None
+    return Row(str(row[0]), str(element.getText()), kind="setting", switch=switch, marked=element.marked())
+
+
 class ConfigList(ListComponent):
     """Rows are tuples (label, element, ...); getConfigListEntry makes them."""
 
     def __init__(self, list, session=None):
-        super().__init__(eListboxPythonConfigContent())
+        super().__init__(paint=_paint, selectable=lambda row: len(row) > 1)
         self.session = session
-        self.current = None
+        self._current = None
         self.timer = eTimer()
-        self.timer.callback.append(self.timeout)
+        self.timer.callback.append(lambda: self.handleKey(KEY_TIMEOUT))
         self.onSelectionChanged.append(self._handOver)
         self.list = list
 
@@ -39,29 +55,27 @@ class ConfigList(ListComponent):
         self._list = rows
         self.l.setList(rows)
         for row in rows:
-            assert len(row) < 2 or isinstance(row[1], ConfigElement), "no config element: %r" % (row,)
+            assert isinstance(_element(row), (ConfigElement, type(None))), "no config element: %r" % (row,)
 
     def handleKey(self, key, callback=None):
         """Let the current element deal with a key; `callback` is called when that changed its value."""
-        row = self.getCurrent()
-        if row is None or len(row) < 2 or not row[1].enabled:
+        element = _element(self.getCurrent())
+        if element is None:
             return
-        row[1].handleKey(key, callback)
+        element.handleKey(key, callback)
         if key in KEY_NUMBERS:
             self.timer.start(NUMBER_ENTRY_MS, True)
 
-    def timeout(self):
-        self.handleKey(KEY_TIMEOUT)
+    def elements(self):
+        return [row[1] for row in self.list if len(row) > 1]
 
     def isChanged(self):
-        return any(row[1].isChanged() for row in self.list if len(row) > 1)
+        return any(element.isChanged() for element in self.elements())
 
     def _handOver(self):
-        if self.current is not None and len(self.current) > 1:
-            self.current[1].onDeselect(self.session)
-        self.current = self.getCurrent()
-        if self.current is not None and len(self.current) > 1:
-            self.current[1].onSelect(self.session)
+        if self._current is not None:
+            self._current.onDeselect(self.session)
+        self._current = _element(self.getCurrent())
 
 
 class ConfigListScreen:
@@ -70,22 +84,21 @@ class ConfigListScreen:
     on_change -- called without arguments after a change of the selected value by a key
     """
 
-    def __init__(self, list, session=None, on_change=None, fullUI=False):
+    def __init__(self, list, session=None, on_change=None):
         self.entryChanged = on_change or (lambda: None)
-        self["config"] = ConfigList(list, session or self.session)
+        config = self["config"] = ConfigList(list, session or self.session)
         self._describes = running.gui.profile.describes_rows
         if self._describes and "description" not in self:
             self["description"] = StaticText()
-        move = self["config"]
         self["navigationActions"] = ActionMap(["NavigationActions"], {
-            "up": move.up, "down": move.down, "left": self.keyLeft, "right": self.keyRight,
-            "pageUp": move.pageUp, "pageDown": move.pageDown,
-            "top": lambda: move.moveToIndex(0), "bottom": lambda: move.moveToIndex(len(move.list) - 1)}, prio=1)
-        self["editConfigActions"] = NumberActionMap(["SetupActions"], {
-            "deleteBackward": lambda: self._handleKey(KEY_BACKSPACE), "deleteForward": lambda: self._handleKey(KEY_DELETE),
-            **{str(digit): self.keyNumberGlobal for digit in range(10)}}, prio=1)
-        self.onLayoutFinish.append(self._takeOverKeys)
-        self["config"].onSelectionChanged.append(self._describe)
+            "up": config.up, "down": config.down, "left": self.keyLeft, "right": self.keyRight,
+            "pageUp": config.pageUp, "pageDown": config.pageDown, "top": config.moveTop, "bottom": config.moveEnd}, prio=1)
+        self["editConfigActions"] = ActionMap(["SetupActions"], {
+            "deleteBackward": partial(self._handleKey, KEY_BACKSPACE), "deleteForward": partial(self._handleKey, KEY_DELETE),
+            **{str(digit): partial(self._handleKey, KEY_0 + digit) for digit in range(10)}}, prio=1)
+        config.native_keys.setEnabled(False)  # the list must not follow the arrows a second time
+        self.onLayoutFinish.append(self._describe)
+        config.onSelectionChanged.append(self._describe)
 
     def keyLeft(self):
         self._handleKey(KEY_LEFT)
@@ -95,16 +108,12 @@ class ConfigListScreen:
 
     def keySelect(self):
         """OK, for screens that bind it: yes becomes no, and no yes."""
-        row = self["config"].getCurrent()
-        if row is not None and len(row) > 1 and isinstance(row[1], ConfigBoolean):
-            self._handleKey(KEY_RIGHT)
-
-    def keyNumberGlobal(self, number):
-        self._handleKey(KEY_0 + number)
+        if isinstance(_element(self["config"].getCurrent()), ConfigYesNo):
+            self.keyRight()
 
     def keySave(self):
-        for row in self["config"].list:
-            row[1].save()
+        for element in self["config"].elements():
+            element.save()
         self.close()
 
     def keyCancel(self):
@@ -116,12 +125,10 @@ class ConfigListScreen:
             self.close()
 
     def cancelConfirm(self, confirmed):
-        if not confirmed:
-            return
-        for row in self["config"].list:
-            if len(row) > 1:
-                row[1].cancel()
-        self.close()
+        if confirmed:
+            for element in self["config"].elements():
+                element.cancel()
+            self.close()
 
     def _handleKey(self, key):
         if running.gui.profile.on_change_always:
@@ -131,14 +138,8 @@ class ConfigListScreen:
             self["config"].handleKey(key, self.entryChanged)
         self._describe()
 
-    def _takeOverKeys(self):
-        # The list must not follow the arrows a second time.
-        self["config"].native_keys.setEnabled(False)
-        self._describe()
-
     def _describe(self):
         """Show the help text of the current row, which is its third field."""
-        if not self._describes:
-            return
-        row = self["config"].getCurrent()
-        self["description"].text = row[2] if row is not None and len(row) > 2 and isinstance(row[2], str) else ""
+        if self._describes:
+            row = self["config"].getCurrent()
+            self["description"].text = row[2] if row is not None and len(row) > 2 and isinstance(row[2], str) else ""

@@ -1,41 +1,40 @@
 """A list of a directory's entries on the box's file system."""
 
 import os
-import re
 
 from Components.ListComponent import ListComponent
-from enigma import eListboxPythonMultiContent
 from receiver.picture import Row
 
 PARENT = "<Parent directory>"
+TYPE_TEXT = 0
+
+
+def _row(path, is_directory, name):
+    """A row as boxes have it: what it stands for, then the cells that are painted."""
+    return [(path, is_directory), (TYPE_TEXT, name)]
 
 
 def _paint(row):
-    (path, is_directory), name = row
+    (_, is_directory), (_, name) = row
     return Row(name, kind="parent" if name == PARENT else "folder" if is_directory else "file")
 
 
 class FileList(ListComponent):
-    """Rows are ((path, is a directory), shown name): first the parent, then directories, then files, by name.
+    """First the parent, then directories, then files, by name.
 
     A directory's path ends with a slash; a file's is its bare name. A directory that can't be read looks empty.
     """
 
-    def __init__(self, directory, showDirectories=True, showFiles=True, showMountpoints=True, matchingPattern=None,
-                 useServiceRef=False, inhibitDirs=False, inhibitMounts=False, isTop=False, enableWrapAround=False,
-                 additionalExtensions=None):
-        super().__init__(eListboxPythonMultiContent(_paint))
-        self.wrap = enableWrapAround
+    def __init__(self, directory, showDirectories=True, showFiles=True, showMountpoints=True, inhibitDirs=None, inhibitMounts=None):
+        super().__init__(paint=_paint, wrap=False)
         del self.native_keys.actions["moveTop"], self.native_keys.actions["moveEnd"]  # its screen would not hear of the move
-        self.showDirectories, self.showFiles, self.matchingPattern = showDirectories, showFiles, matchingPattern
-        self.inhibitDirs, self.isTop = inhibitDirs or [], isTop
+        self.showDirectories, self.showFiles, self.inhibitDirs = showDirectories, showFiles, inhibitDirs or []
         self.changeDir(directory)
 
     def changeDir(self, directory, select=None):
         """List `directory` and put the cursor on the entry with the path `select`, else on the first."""
         self.current_directory = directory
-        self.list = self._rows(directory) if directory else []
-        self.l.setList(self.list)
+        self.setList(self._rows(directory) if directory else [])
         self.l.moveTo(next((index for index, row in enumerate(self.list) if row[0][0] == select), 0))
 
     def _rows(self, directory):
@@ -46,15 +45,17 @@ class FileList(ListComponent):
         # Plain joining, as on boxes: a start directory without its last slash gives entries that are not there.
         folders = {name for name in names if os.path.isdir(directory + name)}
         rows = []
-        if self.showDirectories and directory != "/" and not self.isTop:
-            rows.append((("/".join(directory.rstrip("/").split("/")[:-1]) + "/", True), PARENT))
+        if self.showDirectories and directory != "/":
+            rows.append(_row(os.path.dirname(directory.rstrip("/")).rstrip("/") + "/", True, PARENT))
         if self.showDirectories:
-            rows += [((directory + name + "/", True), name) for name in names if name in folders
-                     and directory + name not in self.inhibitDirs]
+            rows += [_row(directory + name + "/", True, name) for name in names
+                     if name in folders and directory + name not in self.inhibitDirs]
         if self.showFiles:
-            rows += [((name, False), name) for name in names if name not in folders
-                     and (self.matchingPattern is None or re.search(self.matchingPattern, name))]
+            rows += [_row(name, False, name) for name in names if name not in folders]
         return rows
+
+    def getSelectionIndex(self):
+        return self.getCurrentIndex()
 
     def getSelection(self):
         """(path, is a directory) of the row under the cursor; None in an empty list."""

@@ -1,41 +1,32 @@
-"""The base of what a layout shows with `name=`: a component with a widget."""
+"""The base of what a layout shows with `name=`, and what all components of a screen have in common."""
 
 
-class GUIComponent:
-    def __init__(self):
-        self.instance = None
-        self.visible = True
+class Component:
+    """What a screen tells its components. `text` is what a layout draws of one that is no list."""
 
-    def createWidget(self):
-        """The widget of this component, one of enigma's classes; each kind of component has its own."""
-        return None
+    text = ""
 
-    def GUIcreate(self, parent):
-        """Create the widget. Until a screen gets its layout a component has none."""
-        self.instance = self.createWidget()
-        self.postWidgetCreate(self.instance)
+    def setText(self, text):
+        self.text = text
 
-    def postWidgetCreate(self, instance):
-        pass
+    def getText(self):
+        return self.text
+
+    def execBegin(self):
+        """The screen runs."""
+
+    def execEnd(self):
+        """The screen does not run any more; it may still be seen."""
+
+    def destroy(self):
+        self.__dict__.clear()
+
+
+class GUIComponent(Component):
+    """`instance` is the widget of a list; a text needs none."""
+
+    instance = None
+    visible = True
 
     def applyLayout(self, element):
         """Take from the layout what the component must know of its own size."""
-
-    def show(self):
-        self.visible = True
-
-    def hide(self):
-        self.visible = False
-
-    def setVisible(self, visible):
-        self.visible = bool(visible)
-
-    def execBegin(self):
-        pass
-
-    def execEnd(self):
-        pass
-
-    def destroy(self):
-        self.instance = None
-        self.__dict__.clear()

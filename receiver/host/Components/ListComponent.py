@@ -1,42 +1,43 @@
-"""What the list widgets have in common: content, cursor, and the list's own keys."""
+"""What the lists have in common: the widget with its rows, and the list's own keys."""
 
 from Components.ActionMap import ActionMap
 from Components.GUIComponent import GUIComponent
 from enigma import eListbox
 
+MOVES = ("moveUp", "moveDown", "moveTop", "moveEnd", "pageUp", "pageDown")
+
+
+def _mover(name):
+    return lambda self: self.instance.moveSelection(getattr(eListbox, name))
+
 
 class ListComponent(GUIComponent):
-    """A list on the screen. Unless its screen says otherwise it follows the arrow keys by itself."""
+    """A list on the screen. Unless its screen says otherwise it follows the arrow keys by itself.
 
-    def __init__(self, content):
-        super().__init__()
-        self.l = content
-        self.onSelectionChanged = []
-        self.wrap = True
-        self.native_keys = ActionMap(["ListActions"], {
-            name: lambda name=name: self._move(getattr(eListbox, name))
-            for name in ("moveUp", "moveDown", "pageUp", "pageDown", "moveTop", "moveEnd")})
+    what -- how its rows are painted and which of them can be selected, see eListbox
+    """
 
-    def createWidget(self):
-        return eListbox(self.l)
+    moveUp, moveDown, moveTop, moveEnd, pageUp, pageDown = map(_mover, MOVES)
+    up, down = moveUp, moveDown
 
-    def postWidgetCreate(self, instance):
-        instance.setWrapAround(self.wrap)
-        instance.selectionChanged = self.selectionChanged
+    def __init__(self, **what):
+        self.l = self.instance = eListbox(**what)  # on boxes the rows are an object of their own
+        self.onSelectionChanged = self.l.onMoved
+        self.native_keys = ActionMap(["ListActions"], {name: getattr(self, name) for name in MOVES})
+
+    def setList(self, list):
+        self.list = list
+        self.l.setList(list)
 
     def applyLayout(self, element):
-        self.instance.page = max(1, element.box.height // element.box.row_height)
-
-    def selectionChanged(self):
-        for function in list(self.onSelectionChanged):
-            function()
+        self.instance.page = max(1, element.height // element.row_height)
 
     def getCurrent(self):
         """The selected row, None when there is none."""
         return self.l.getCurrentSelection()
 
     def getCurrentIndex(self):
-        return self.l.getCurrentSelectionIndex()
+        return self.l.cursor
 
     def moveToIndex(self, index):
         self.instance.moveSelectionTo(index)
@@ -46,24 +47,3 @@ class ListComponent(GUIComponent):
 
     def execEnd(self):
         self.native_keys.execEnd()
-
-    def destroy(self):
-        self.native_keys.execEnd()
-        super().destroy()
-
-    def _move(self, direction):
-        self.instance.moveSelection(direction)
-
-    def up(self):
-        self._move(eListbox.moveUp)
-
-    def down(self):
-        self._move(eListbox.moveDown)
-
-    def pageUp(self):
-        self._move(eListbox.pageUp)
-
-    def pageDown(self):
-        self._move(eListbox.pageDown)
-
-    moveUp, moveDown = up, down

@@ -2,30 +2,34 @@
 
 from Components.ListComponent import ListComponent
 from ServiceReference import ServiceReference
-from enigma import eListboxPythonMultiContent, eServiceCenter, eServiceReference
+from enigma import eServiceCenter, eServiceReference
 from receiver.picture import Row
+
+
+def _name(reference):
+    return ServiceReference(reference).getServiceName()
 
 
 def _isNoMarker(reference):
     return not reference.flags & eServiceReference.isMarker
 
 
+def _paint(reference):
+    kinds = (eServiceReference.isDirectory, "bouquet"), (eServiceReference.isMarker, "marker")
+    return Row(_name(reference) or "(...)", kind=next((kind for flag, kind in kinds if reference.flags & flag), "service"))
+
+
 class ServiceList(ListComponent):
     """Rows are eServiceReferences: what the root holds. The cursor passes over markers."""
 
     def __init__(self):
-        super().__init__(eListboxPythonMultiContent(self._paint, _isNoMarker))
-        self.root = None
+        super().__init__(paint=_paint, selectable=_isNoMarker)
 
     def setRoot(self, root):
         """Show what `root` holds, with the cursor on the first row."""
-        self.root = root
         services = eServiceCenter.getInstance().list(root)
         self.l.setList([] if services is None else services.getContent("R", False))
         self.l.moveTo(0)
-
-    def getRoot(self):
-        return self.root
 
     def setCurrent(self, reference):
         """Put the cursor on a row; where it is not in the list, nothing moves."""
@@ -51,15 +55,7 @@ class ServiceList(ListComponent):
     def moveToName(self, text, following):
         """Put the cursor on a row whose name begins so: the next one, which if not `following` may be the present one."""
         start, text = self.l.cursor + following, text.casefold()
-        for index in (*range(start, len(self.l)), *range(start)):
-            if ServiceReference(self.l.rows[index]).getServiceName().strip().casefold().startswith(text):
+        for index in (*range(start, len(self.l.rows)), *range(start)):
+            if _name(self.l.rows[index]).strip().casefold().startswith(text):
                 self.l.moveTo(index)
                 return
-
-    def _paint(self, reference):
-        kind = "service"
-        if reference.flags & eServiceReference.isDirectory:
-            kind = "bouquet"
-        elif reference.flags & eServiceReference.isMarker:
-            kind = "marker"
-        return Row(ServiceReference(reference).getServiceName() or "(...)", kind=kind)

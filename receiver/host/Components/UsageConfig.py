@@ -2,67 +2,58 @@
 import contextlib
 import glob
 import os
+from functools import partial
 from importlib import import_module
 
-from Components.config import (
-    ConfigInteger, ConfigSelection, ConfigSelectionNumber, ConfigSubsection, ConfigText, ConfigYesNo, translate)
+from Components.config import ConfigInteger, ConfigSelection, ConfigSelectionNumber, ConfigSubsection, ConfigText, ConfigYesNo
 from receiver.data import env
 from receiver.profile import PROFILES
 
-VIEWS = (("single", "Single EPG"), ("multi", "Multi EPG"), ("graphical", "Graphical multi EPG"),
-         ("vertical", "Vertical EPG"), ("eventview", "Event view"))
+VIEWS = [("single", "Single EPG"), ("multi", "Multi EPG"), ("graphical", "Graphical multi EPG"), ("vertical", "Vertical EPG"),
+         ("eventview", "Event view")]
 
 # Both three-letter codes that broadcasters use for a language count as that language.
-LANGUAGES = [tuple(line.split(":")) for line in (
+LANGUAGES = [tuple(language.replace("_", " ").split(":")) for language in (
     ":none ara:Arabic bul:Bulgarian cat:Catalan ces_cze:Czech dan:Danish deu_ger:German ell_gre:Greek eng:English est:Estonian "
     "fas_per:Persian fin:Finnish fra_fre:French heb:Hebrew hrv_scr:Croatian hun:Hungarian isl_ice:Icelandic ita:Italian "
     "lav:Latvian lit:Lithuanian nld_dut:Dutch nor_nob:Norwegian pol:Polish por:Portuguese ron_rum:Romanian rus:Russian "
     "slk_slo:Slovak slv:Slovenian spa:Spanish srp_scc:Serbian swe:Swedish tur:Turkish ukr:Ukrainian").split()]
 
+# How long past events are shown, in minutes.
+AGES = [(count * minutes, "%d %s%s" % (count, unit, "" if count == 1 else "s"))
+        for minutes, unit, counts in ((1, "minute", (0, 15, 30, 45)), (60, "hour", (1, 2, 3, 4, 6, 8, 12, 18)),
+                                      (1440, "day", range(1, 8))) for count in counts]
 
-def _selection(choices, default):
-    return ConfigSelection([(value.replace("_", " "), translate(text)) for value, text in choices], default=default)
-
-
-def _ages():
-    """How long past events are shown, in minutes."""
-    units = ((1, "minute", "minutes", (0, 15, 30, 45)), (60, "hour", "hours", (1, 2, 3, 4, 6, 8, 12, 18)),
-             (1440, "day", "days", range(1, 8)))
-    return [(count * unit, "%d %s" % (count, translate(one if count == 1 else many)))
-            for unit, one, many, counts in units for count in counts]
-
-
-def _yes_no(default):
-    return lambda: ConfigYesNo(default=default)
-
+YES, NO = partial(ConfigYesNo, True), partial(ConfigYesNo, False)
 
 # Every key with what makes its element, at the place where a plug-in looks for it; images have most of them elsewhere.
 KEYS = {
-    "usage.multiepg_ask_bouquet": _yes_no(False),
-    "misc.timer_show_movie_available": _yes_no(True),
-    "usage.epg_default_view": lambda: _selection(VIEWS, "graphical"),
-    "usage.epg_buffer": lambda: ConfigSelectionNumber(1, 28, 1, default=7),
-    "usage.show_old_epg": lambda: ConfigSelection(_ages(), default=0),
-    "usage.show_nownext_eit": _yes_no(True),
-    "usage.autolanguage.epglanguage": lambda: _selection(LANGUAGES, ""),
-    "usage.autolanguage.epglanguage_alternative": lambda: _selection(LANGUAGES, ""),
-    **{"usage.epg." + source: _yes_no(source not in ("mhw", "virgin"))
-       for source in ("eit", "mhw", "freesat", "viasat", "netmed", "virgin")},
-    "misc.epg_dvb_blacklist_mode": _yes_no(False),
-    "misc.epg_is_client_stb": _yes_no(False),
-    "misc.epg_data_timer": lambda: ConfigInteger(default=60, limits=(0, 1440), step=5),
-    "misc.epgcache_filename": lambda: ConfigText(default=env.EPG_FILE, fixed_size=False),
+    "usage.multiepg_ask_bouquet": NO,
+    "misc.timer_show_movie_available": YES,
+    "usage.epg_default_view": partial(ConfigSelection, VIEWS, "graphical"),
+    "usage.epg_buffer": partial(ConfigSelectionNumber, 1, 28, 1, 7),
+    "usage.show_old_epg": partial(ConfigSelection, AGES),
+    "usage.show_nownext_eit": YES,
+    "usage.autolanguage.epglanguage": partial(ConfigSelection, LANGUAGES),
+    "usage.autolanguage.epglanguage_alternative": partial(ConfigSelection, LANGUAGES),
+    "usage.epg.eit": YES,
+    "usage.epg.mhw": NO,
+    "usage.epg.freesat": YES,
+    "usage.epg.viasat": YES,
+    "usage.epg.netmed": YES,
+    "usage.epg.virgin": NO,
+    "misc.epg_dvb_blacklist_mode": NO,
+    "misc.epg_is_client_stb": NO,
+    "misc.epg_data_timer": partial(ConfigInteger, 60, limits=(0, 1440), step=5),
+    "misc.epgcache_filename": partial(ConfigText, env.EPG_FILE),
 }
 
 # What is of another kind where an image has it.
-ELSEWHERE = {"epg.maxdays": lambda: ConfigSelectionNumber(1, 365, 1, default=7)}
+ELSEWHERE = {"epg.maxdays": partial(ConfigSelectionNumber, 1, 365, 1, 7)}
 
 
 def InitUsageConfig(config, profile=PROFILES["full"]):
-    """Define every key on `config` that the image of `profile` has, where it has it.
-
-    The folders must be chosen (`env.configure`) and `_` installed, if at all. Stored texts apply whether
-    `configfile.load()` comes before or after."""
+    """Define every key on `config` that the image of `profile` has, where it has it."""
     for key, make in KEYS.items():
         path = profile.keys.get(key, key)
         if path is not None:
@@ -71,7 +62,7 @@ def InitUsageConfig(config, profile=PROFILES["full"]):
         _define(config, "epg.saveepg", ConfigYesNo(default=True))
         config.epg.saveepg.addNotifier(lambda element: _cache().setSave(element.value))
     if profile.key_functions:
-        _define(config, "misc.hotkey.epg", ConfigText(default="Plugins/Extensions/GraphMultiEPG/1", fixed_size=False))
+        _define(config, "misc.hotkey.epg", ConfigText(default="Plugins/Extensions/GraphMultiEPG/1"))
     if profile.builds_cache_path:
         _build_cache_path(config.misc)
     else:
@@ -103,14 +94,13 @@ def _cache_file_chosen(element):
 def _build_cache_path(misc):
     """The path of the EPG file is what these two keys say, at every start and whenever one of them is saved."""
     etc = env.ETC + "/"
-    mounts = sorted(mount + "/" for mount in glob.glob("/media/*"))
-    misc.epgcachepath = ConfigSelection([etc, *mounts], default=etc)
-    misc.epgcachefilename = ConfigText(default="epg", fixed_size=False)
+    misc.epgcachepath = ConfigSelection([etc, *sorted(mount + "/" for mount in glob.glob("/media/*"))], default=etc)
+    misc.epgcachefilename = ConfigText(default="epg")
 
     def path():
         return os.path.join(misc.epgcachepath.value, misc.epgcachefilename.value.replace(".dat", "") + ".dat")
 
-    misc.epgcache_filename = ConfigText(default=path(), fixed_size=False)
+    misc.epgcache_filename = ConfigText(default=path())
 
     def build(element):
         misc.epgcache_filename.value = path()

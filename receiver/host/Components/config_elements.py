@@ -1,23 +1,15 @@
 """The elements of the configuration tree: settings with their values, texts and keys. Hosts offer them from
 `Components.config`."""
-import builtins
-
 from receiver.data import env
 
-(KEY_LEFT, KEY_RIGHT, KEY_OK, KEY_DELETE, KEY_BACKSPACE, KEY_HOME, KEY_END, KEY_TOGGLEOW, KEY_ASCII,
- KEY_TIMEOUT) = range(10)
+KEY_LEFT, KEY_RIGHT, KEY_DELETE, KEY_BACKSPACE, KEY_TIMEOUT = 0, 1, 3, 4, 9
 KEY_NUMBERS = range(12, 22)
-KEY_0, KEY_9 = KEY_NUMBERS[0], KEY_NUMBERS[9]
+KEY_0 = KEY_NUMBERS[0]
 
 
 def getKeyNumber(key):
     """The digit 0 to 9 of a number key."""
     return KEY_NUMBERS.index(key)
-
-
-def translate(text):
-    """`text` in the user's language. The empty text stays empty: catalogues answer it with their header."""
-    return getattr(builtins, "_", str)(text) if text else ""
 
 
 def NoSave(element):
@@ -29,12 +21,12 @@ def NoSave(element):
 class ConfigElement:
     """One setting. Subclasses say what values there are, how they are stored, shown and changed by keys."""
 
+    save_disabled = save_forced = False
+    path = ""  # where it was last put into the tree, for messages
+
     def __init__(self, default):
         self.default = default
         self.saved_value = None        # stored text; None: the default
-        self.save_disabled = self.save_forced = False
-        self.enabled = True
-        self.path = ""                 # where it was last put into the tree, for messages
         self._value = self._told = default
         self._notifiers, self._final_notifiers = [], []
 
@@ -42,21 +34,17 @@ class ConfigElement:
         """`value` as this element can hold it."""
         return value
 
-    def tostring(self, value):
-        """The stored text of a value."""
-        return str(value)
-
     def fromstring(self, text):
         """The value of a stored text; ValueError when there is none."""
         return text
 
     def getText(self):
         """What the row shows."""
-        return self.tostring(self.value)
+        return str(self.value)
 
-    def getMulti(self, selected):
-        """How to paint the row: ("text", text), or ("mtext", text, marked positions) while it is edited."""
-        return ("text", self.getText())
+    def marked(self):
+        """The positions of the characters that the next key would change, while the row is selected."""
+        return ()
 
     def applyKey(self, key):
         """Change the value for one of the KEY_ constants; keys that mean nothing here change nothing."""
@@ -94,7 +82,7 @@ class ConfigElement:
     def save(self):
         """Make the current value the saved one, in memory; `configfile.save()` writes the file."""
         is_default = self.value == self.default and not self.save_forced
-        self.saved_value = None if is_default or self.save_disabled else self.tostring(self.value)
+        self.saved_value = None if is_default or self.save_disabled else str(self.value)
         if self._told != self.value:
             self._told = self.value
             for notifier in list(self._final_notifiers):
@@ -106,8 +94,8 @@ class ConfigElement:
 
     def isChanged(self):
         """True when the value is not the saved one."""
-        saved = self.tostring(self.default) if self.saved_value is None else self.saved_value
-        return not self.save_disabled and self.tostring(self.value) != saved
+        saved = str(self.default) if self.saved_value is None else self.saved_value
+        return not self.save_disabled and str(self.value) != saved
 
     def addNotifier(self, notifier, initial_call=True, immediate_feedback=True):
         """Call `notifier(element)` at each change, or, without immediate feedback, when a change is saved; with
@@ -122,19 +110,15 @@ class ConfigElement:
             if notifier in notifiers:
                 notifiers.remove(notifier)
 
-    def onSelect(self, session):
-        """The row was entered."""
-
     def onDeselect(self, session):
         """The row was left."""
 
 
-class ConfigBoolean(ConfigElement):
+class ConfigYesNo(ConfigElement):
     """Yes or no. Not a selection: OK on its row opens no pop-up."""
 
-    def __init__(self, default=False, descriptions=("no", "yes")):
-        super().__init__(bool(default))
-        self.descriptions = descriptions
+    def __init__(self, default=False):
+        super().__init__(default)
 
     def normalize(self, value):
         return bool(value)
@@ -144,23 +128,17 @@ class ConfigBoolean(ConfigElement):
         return text.lower() in ("1", "enable", "on", "true", "yes")
 
     def getText(self):
-        return translate(self.descriptions[self.value])
+        return "yes" if self.value else "no"
 
     def applyKey(self, key):
-        if key in (KEY_LEFT, KEY_RIGHT, KEY_OK):
+        if key in (KEY_LEFT, KEY_RIGHT):
             self.value = not self.value
-        elif key in (KEY_HOME, KEY_END):
-            self.value = key == KEY_END
-
-
-class ConfigYesNo(ConfigBoolean):
-    """A boolean that says yes and no."""
 
 
 class ConfigSelection(ConfigElement):
     """One of some values.
 
-    choices -- values, or (value, text to show) pairs, or a dict of these; order is kept.
+    choices -- values, or (value, text to show) pairs
     default -- one of the values; the first without it.
     """
 
@@ -171,8 +149,7 @@ class ConfigSelection(ConfigElement):
         super().__init__(self._known(default))
 
     def _define(self, choices):
-        pairs = choices.items() if isinstance(choices, dict) else choices
-        self.description = dict(pair if isinstance(pair, tuple) else (pair, str(pair)) for pair in pairs)
+        self.description = dict(choice if isinstance(choice, tuple) else (choice, str(choice)) for choice in choices)
         self.choices = list(self.description)
 
     def _known(self, value):
@@ -192,19 +169,14 @@ class ConfigSelection(ConfigElement):
         return value if value in self.choices else self.default
 
     def fromstring(self, text):
-        for value in self.choices:
-            if self.tostring(value) == text:
-                return value
-        raise ValueError(text)
+        return self.choices[[str(value) for value in self.choices].index(text)]
 
     def getText(self):
         return self.description[self.value]
 
     def applyKey(self, key):
-        last = len(self.choices) - 1
-        step = {KEY_LEFT: -1, KEY_RIGHT: 1}.get(key, 0)
-        index = {KEY_HOME: 0, KEY_END: last}.get(key, self.getIndex() + step)
-        self.value = self.choices[index % (last + 1) if self.wraparound else min(max(index, 0), last)]
+        index, count = self.getIndex() + {KEY_LEFT: -1, KEY_RIGHT: 1}.get(key, 0), len(self.choices)
+        self.value = self.choices[index % count if self.wraparound else min(max(index, 0), count - 1)]
 
 
 class ConfigNothing(ConfigSelection):
@@ -217,21 +189,20 @@ class ConfigNothing(ConfigSelection):
 class ConfigSelectionNumber(ConfigSelection):
     """A number from `min` to `max` in steps, as a selection: OK offers all of them. Boxes store its default as well."""
 
-    def __init__(self, min, max, stepwidth, default=None, wraparound=False):
-        self.wraparound = wraparound
+    wraparound, save_forced = False, True
+
+    def __init__(self, min, max, stepwidth, default=None):
         super().__init__(list(range(min, max + 1, stepwidth)), default)
-        self.save_forced = True
 
 
 class ConfigInteger(ConfigElement):
-    """A whole number within limits. Digits type it, LEFT and RIGHT move it by `step` (to a multiple of it), HOME and
-    END to the limits. Unlike the zero-padded fields of boxes it shows the plain number."""
+    """A whole number within limits. Digits type it, LEFT and RIGHT move it by `step` (to a multiple of it). Unlike the
+    zero-padded fields of boxes it shows the plain number."""
 
     def __init__(self, default, limits=(0, 9999999999), step=1):
-        self.limits = limits
-        self.step = step
+        self.limits, self.step = limits, step
         self._typed = None             # digits typed so far; None: the next digit starts a new number
-        super().__init__(self.normalize(default))
+        super().__init__(default)
 
     def normalize(self, value):
         return min(max(int(value), self.limits[0]), self.limits[1])
@@ -242,45 +213,42 @@ class ConfigInteger(ConfigElement):
     def getText(self):
         return self._typed or str(self.value)
 
-    def getMulti(self, selected):
-        text = self.getText()
-        return ("mtext", text, () if self._typed else tuple(range(len(text)))) if selected else ("text", text)
+    def marked(self):
+        return () if self._typed else tuple(range(len(self.getText())))
 
     def applyKey(self, key):
         if key in KEY_NUMBERS:
-            self._type((self._typed or "") + str(getKeyNumber(key)), str(getKeyNumber(key)))
+            digit = str(getKeyNumber(key))
+            number = int((self._typed or "") + digit)
+            self._type(str(number) if number <= self.limits[1] else digit)
         elif key in (KEY_DELETE, KEY_BACKSPACE):
-            self._type(self.getText()[:-1], "")
+            self._type(self.getText()[:-1])
         else:
             self._typed = None
-            self.value = {KEY_RIGHT: (self.value // self.step + 1) * self.step, KEY_HOME: self.limits[0], KEY_END: self.limits[1],
+            self.value = {KEY_RIGHT: (self.value // self.step + 1) * self.step,
                           KEY_LEFT: -(-self.value // self.step + 1) * self.step}.get(key, self.value)
 
-    def _type(self, digits, restart):
-        """Show `digits`, or begin anew with `restart` when they exceed the limit; they count as soon as they are a
-        number within the limits."""
-        digits = digits.lstrip("-0") or digits[-1:]
-        if int(digits or 0) > self.limits[1]:
-            digits = restart
+    def _type(self, digits):
+        """Show these digits. They count as soon as they are a number within the limits."""
         if self.limits[0] <= int(digits or 0) <= self.limits[1]:
-            self.value = int(digits or 0)
+            self.value = digits or 0
         self._typed = digits
 
     def onDeselect(self, session):
         self._typed = None
 
     def load(self):
-        self._typed = None
+        self.onDeselect(None)
         super().load()
 
 
 class ConfigText(ConfigElement):
     """A line of text. No row of the receiver's settings is typed, so keys leave it alone.
 
-    fixed_size and visible_width are taken because hosts' code passes them; they have no effect here.
+    fixed_size is taken because hosts' code passes it; it has no effect here.
     """
 
-    def __init__(self, default="", fixed_size=True, visible_width=False):
+    def __init__(self, default="", fixed_size=True):
         super().__init__(default)
 
     def normalize(self, value):

@@ -26,10 +26,6 @@ class ConfigSubsection:
         except KeyError:
             raise AttributeError(name) from None
 
-    def dict(self):
-        """Name -> element or branch."""
-        return dict(self.content)
-
 
 class Config(ConfigSubsection):
     """The root: knows the stored texts and hands them out to elements as they are put into the tree."""
@@ -60,12 +56,6 @@ class Config(ConfigSubsection):
             else:
                 yield "%s.%s" % (branch._path, name), node
 
-    def restore(self):
-        """Set the whole tree to the stored texts; what has none goes back to its default."""
-        for path, element in list(self.elements()):
-            element.saved_value = self.texts.get(path)
-            element.load()
-
 
 class ConfigFile:
     """The settings file. on_failure -- is told, as a text for the user, that it was not saved"""
@@ -76,26 +66,20 @@ class ConfigFile:
         self._unreadable = None  # why the file could not be read: nobody knows what it holds, so it is not overwritten
         self.on_failure = lambda text: None
 
-    def path(self):
-        """Where the settings are."""
-        return env.ETC + "/settings"
-
     def load(self):
-        """Read the file into the tree; elements defined later get their texts when they are defined."""
-        self._lines, self._unreadable = [], None
+        """Read the file, whose texts elements get when they are defined."""
         try:
-            self._lines = [line for line in read_lines(self.path()) if line.strip()]
+            self._take([line for line in read_lines(env.ETC + "/settings") if line.strip()])
         except FileNotFoundError:
             pass
         except OSError as error:
             self._unreadable = "the file could not be read at the start: %s" % error.strerror
             env.log("[receiver] reading settings failed, they will not be saved: %s" % error)
-        self._take_texts()
-        self._tree.restore()
 
-    def _take_texts(self):
-        """Key -> stored text; of a key that is there twice the last counts."""
-        pairs = (line.rstrip("\r").partition("=") for line in self._lines)
+    def _take(self, lines):
+        """Of a key that is there twice the last counts."""
+        self._lines = lines
+        pairs = (line.rstrip("\r").partition("=") for line in lines)
         self._tree.__dict__["texts"] = {key: text for key, equals, text in pairs if equals}
 
     def isChanged(self):
@@ -115,11 +99,10 @@ class ConfigFile:
         try:
             if self._unreadable:
                 raise OSError(self._unreadable)
-            write_atomically(self.path(), encode("".join(line + "\n" for line in lines)))
+            write_atomically(env.ETC + "/settings", encode("".join(line + "\n" for line in lines)))
         except (OSError, ValueError) as error:
             env.log("[receiver] settings not saved: %s" % error)
             self.on_failure("The settings could not be saved: %s" % (getattr(error, "strerror", None) or error))
             return False
-        self._lines = lines
-        self._take_texts()
+        self._take(lines)
         return True

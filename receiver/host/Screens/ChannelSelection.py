@@ -1,6 +1,8 @@
 """Channel lists: bouquets and services, for TV and radio."""
 
-from Components.ActionMap import ActionMap, NumberActionMap
+from functools import partial
+
+from Components.ActionMap import ActionMap
 from Components.ServiceList import ServiceList
 from Screens.Screen import Screen
 from ServiceReference import ServiceReference
@@ -8,49 +10,60 @@ from enigma import eEnv, eServiceCenter, eServiceReference  # noqa: F401 (plug-i
 from enigma import eTimer, getPrevAsciiCode
 from receiver import running
 
-MODE_TV, MODE_RADIO = 0, 1
 LETTERS = ("0", "1", "abc2", "def3", "ghi4", "jkl5", "mno6", "pqrs7", "tuv8", "wxyz9")
 TYPING_MS = 1000
 
 
-class ChannelSelectionBase(Screen):
-    """A channel list: where it is in the tree of lists (`servicePath`) and the keys that lead elsewhere."""
+class SimpleChannelSelection(Screen):
+    """A channel list that closes with the chosen eServiceReference, or with None. `servicePath` is where it is in the tree of
+    lists."""
 
-    def __init__(self, session):
+    def __init__(self, session, title):
         Screen.__init__(self, session)
-        self.mode = MODE_TV
-        self.maintitle = ""
+        self.mode = "TV"
+        self.maintitle = title
         self.servicePath = []
         self.servicelist = self["list"] = ServiceList()
         profile = running.gui.profile
-        colours = {"showAllServices": self.showAllServices, "showFavourites": self.showFavourites}
-        if profile.channel_colours == "ColorActions":
-            colours = dict(zip(("red", "blue"), colours.values()))
-        self["channelSelectBaseActions"] = ActionMap(["ChannelSelectBaseActions", profile.channel_colours], colours,
-                                                     prio=profile.channel_map_priority)
-        self["channelSelectMoveActions"] = NumberActionMap(
-            ["ChannelSelectBaseActions", "NumberActions", "InputAsciiActions"], {
-                "nextBouquet": self.nextBouquet, "prevBouquet": self.prevBouquet,
-                "nextMarker": self.nextMarker, "prevMarker": self.prevMarker, "gotAsciiCode": self.keyAsciiCode,
-                **{str(digit): self.keyNumberGlobal for digit in range(10)}}, prio=-2)
+        colours = ("red", "blue") if profile.channel_colours == "ColorActions" else ("showAllServices", "showFavourites")
+        self["channelSelectBaseActions"] = ActionMap(
+            ["ChannelSelectBaseActions", profile.channel_colours],
+            dict(zip(colours, (self.showAllServices, self.showFavourites))), prio=profile.channel_map_priority)
+        self["channelSelectMoveActions"] = ActionMap(["ChannelSelectBaseActions", "NumberActions", "InputAsciiActions"], {
+            "nextBouquet": partial(self._neighbour, 1), "prevBouquet": partial(self._neighbour, -1),
+            "nextMarker": partial(self.servicelist.moveToMarker, 1), "prevMarker": partial(self.servicelist.moveToMarker, -1),
+            "gotAsciiCode": self.keyAsciiCode,
+            **{str(digit): partial(self.keyNumberGlobal, digit) for digit in range(10)}}, prio=-2)
+        self["actions"] = ActionMap(["OkCancelActions", "TvRadioActions"], {
+            "cancel": self.cancel, "ok": self.channelSelected, "keyRadio": self.setModeRadio, "keyTV": self.setModeTv})
         self._typed = ""
         self._typing = eTimer()
         self._typing.callback.append(self._typingEnds)
+        self.onLayoutFinish.append(self.layoutFinished)
+
+    def layoutFinished(self):
+        self.setModeTv()
 
     def getCurrentSelection(self):
         """The selected eServiceReference, or what this host has for none."""
         current = self.servicelist.getCurrent()
-        if current is None and not running.gui.profile.empty_selection_is_none:
-            return eServiceReference()
-        return current
+        return eServiceReference() if current is None and not running.gui.profile.empty_selection_is_none else current
 
     def setTvMode(self):
-        self.mode = MODE_TV
+        self.mode = "TV"
         self._showTitle()
 
     def setRadioMode(self):
-        self.mode = MODE_RADIO
+        self.mode = "Radio"
         self._showTitle()
+
+    def setModeTv(self):
+        self.setTvMode()
+        self.showFavourites()
+
+    def setModeRadio(self):
+        self.setRadioMode()
+        self.showFavourites()
 
     def showFavourites(self):
         """The bouquets; from inside a bouquet one step up."""
@@ -63,7 +76,7 @@ class ChannelSelectionBase(Screen):
     def showAllServices(self):
         self._start(self._root("ALL"))
 
-    def enterPath(self, ref, justSet=False):
+    def enterPath(self, ref):
         """Go into a bouquet or another list."""
         self._typed = ""
         self.servicePath.append(ref)
@@ -77,21 +90,21 @@ class ChannelSelectionBase(Screen):
         self.servicelist.setCurrent(left)
         self._showTitle()
 
-    def nextBouquet(self):
-        self._neighbour(1)
+    def channelSelected(self):
+        ref = self.getCurrentSelection()
+        if ref is None or not ref.valid() or ref.flags & eServiceReference.isMarker:
+            return
+        if ref.flags & eServiceReference.flagDirectory == eServiceReference.flagDirectory:
+            self.enterPath(ref)
+        else:
+            self.close(ref)
 
-    def prevBouquet(self):
-        self._neighbour(-1)
-
-    def nextMarker(self):
-        self.servicelist.moveToMarker(1)
-
-    def prevMarker(self):
-        self.servicelist.moveToMarker(-1)
+    def cancel(self):
+        self.close(None)
 
     def keyNumberGlobal(self, number):
         """Go to the row with this number, of one digit or more; in a list by name to the letters on the remote's key."""
-        if "FROM BOUQUET" in self.servicelist.getRoot().getPath():
+        if "FROM BOUQUET" in self.servicePath[-1].getPath():
             self._typed += str(number)
             self.servicelist.moveToNumber(int(self._typed))
         else:
@@ -110,8 +123,7 @@ class ChannelSelectionBase(Screen):
         self._typed = ""
 
     def _root(self, kind):
-        prefix = "ROOT_TV_" if self.mode == MODE_TV else "ROOT_RADIO_"
-        return eServiceReference(getattr(eServiceCenter, prefix + kind))
+        return eServiceReference(getattr(eServiceCenter, "ROOT_%s_%s" % (self.mode.upper(), kind)))
 
     def _start(self, root):
         if self.servicePath != [root]:
@@ -130,40 +142,5 @@ class ChannelSelectionBase(Screen):
         self.enterPath(bouquets[(position + step) % len(bouquets)] if bouquets else here)
 
     def _showTitle(self):
-        mode = _("TV") if self.mode == MODE_TV else _("Radio")
         names = [ServiceReference(ref).getServiceName() for ref in self.servicePath[1:]]
-        self.setTitle(" - ".join(["%s (%s)" % (self.maintitle, mode)] + [name for name in names if name]))
-
-
-class SimpleChannelSelection(ChannelSelectionBase):
-    """A channel list that closes with the chosen eServiceReference, or with None."""
-
-    def __init__(self, session, title, currentBouquet=False, returnBouquet=False, setService=None, setBouquet=None):
-        ChannelSelectionBase.__init__(self, session)
-        self["actions"] = ActionMap(["OkCancelActions", "TvRadioActions"], {
-            "cancel": self.cancel, "ok": self.channelSelected, "keyRadio": self.setModeRadio, "keyTV": self.setModeTv})
-        self.maintitle = title
-        self.onLayoutFinish.append(self.layoutFinished)
-
-    def layoutFinished(self):
-        self.setModeTv()
-
-    def setModeTv(self):
-        self.setTvMode()
-        self.showFavourites()
-
-    def setModeRadio(self):
-        self.setRadioMode()
-        self.showFavourites()
-
-    def channelSelected(self):
-        ref = self.getCurrentSelection()
-        if ref is None or not ref.valid() or ref.flags & eServiceReference.isMarker:
-            return
-        if ref.flags & eServiceReference.flagDirectory == eServiceReference.flagDirectory:
-            self.enterPath(ref)
-        else:
-            self.close(ref)
-
-    def cancel(self):
-        self.close(None)
+        self.setTitle(" - ".join(["%s (%s)" % (self.maintitle, self.mode)] + [name for name in names if name]))

@@ -10,18 +10,15 @@ from Tools import Notifications
 from enigma import quitMainloop
 
 
-def entries():
-    """The descriptors that want to be in the menu, in its order."""
-    return plugins.getPlugins(PluginDescriptor.WHERE_PLUGINMENU)
-
-
 class MainMenu(Screen):
     """The lowest screen of the session. Waiting notifications are shown from here."""
 
     def __init__(self, session):
         Screen.__init__(self, session)
-        self.setTitle(_("Main menu"))
-        self["list"] = MenuList([(plugin.name, plugin) for plugin in entries()] + [(_("Switch the receiver off"), None)])
+        self.setTitle("Main menu")
+        switch = PluginDescriptor("Switch the receiver off", fnc=lambda session: quitMainloop(1))
+        entries = plugins.getPlugins(PluginDescriptor.WHERE_PLUGINMENU) + [switch]
+        self["list"] = MenuList([(entry.name, entry) for entry in entries])
         self["description"] = StaticText()
         self["actions"] = ActionMap(["OkCancelActions"], {"ok": self.ok})
         self["list"].onSelectionChanged.append(self.describe)
@@ -30,20 +27,13 @@ class MainMenu(Screen):
         Notifications.notificationAdded.append(self.showNotifications)
 
     def ok(self):
-        plugin = self["list"].getCurrent()[1]
-        if plugin is None:
-            quitMainloop(1)
-        else:
-            plugin(session=self.session)
+        """Open what is selected."""
+        self["list"].getCurrent()[1](session=self.session)
 
     def describe(self):
-        plugin = self["list"].getCurrent()[1]
-        self["description"].text = plugin.description if plugin else ""
+        self["description"].text = self["list"].getCurrent()[1].description
 
     def showNotifications(self):
         if self.execing and Notifications.notifications:
-            callback, screen, arguments, kwargs = Notifications.notifications.pop(0)
-            if callback is None:
-                self.session.open(screen, *arguments, **kwargs)
-            else:
-                self.session.openWithCallback(callback, screen, *arguments, **kwargs)
+            screen, keywords = Notifications.notifications.pop(0)
+            self.session.open(screen, **keywords)

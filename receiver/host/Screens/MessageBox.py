@@ -15,42 +15,28 @@ class MessageBox(Screen):
     """
 
     TYPE_YESNO, TYPE_INFO, TYPE_WARNING, TYPE_ERROR, TYPE_MESSAGE = range(5)
-    TITLES = {TYPE_YESNO: "Question", TYPE_INFO: "Information", TYPE_WARNING: "Warning", TYPE_ERROR: "Error",
-              TYPE_MESSAGE: "Message"}
+    TITLES = ("Question", "Information", "Warning", "Error", "Message")
 
-    def __init__(self, session, text, type=TYPE_YESNO, timeout=-1, close_on_any_key=False, default=True,
-                 enable_input=True, msgBoxID=None, simple=False, list=[], timeout_default=None):
+    def __init__(self, session, text, type=TYPE_YESNO, timeout=-1, default=True):
         Screen.__init__(self, session)
-        self.type = type
-        self.setTitle(_(self.TITLES[type]))
+        self.setTitle(self.TITLES[type])
         self["text"] = Label(text)
-        question = type == self.TYPE_YESNO
-        self.answers = (list or [(_("yes"), True), (_("no"), False)]) if question else []
-        self["list"] = MenuList(self.answers)
-        self["list"].setVisible(question)
-        self.default = default
+        self["list"] = MenuList([("yes", True), ("no", False)] if type == self.TYPE_YESNO else [])
+        self["list"].visible = type == self.TYPE_YESNO
+        self["list"].moveToIndex(0 if default else 1)
         self.onLayoutFinish.append(self._prepare)
-        if enable_input:
-            self["actions"] = ActionMap(["OkCancelActions"], {"ok": self.ok, "cancel": self.cancel}, -1)
-        self.timeout_default = timeout_default
+        self["actions"] = ActionMap(["OkCancelActions"], {"ok": self.ok, "cancel": self.cancel}, -1)
         self.timer = eTimer()
-        self.timer.callback.append(self._timeUp)
+        self.timer.callback.append(self.ok)
         if timeout > 0:
             self.timer.start(timeout * 1000, True)
 
     def ok(self):
-        self.close(self["list"].getCurrent()[1] if self.answers else True)
+        answer = self["list"].getCurrent()
+        self.close(answer[1] if answer else True)
 
     def cancel(self):
         self.close(False)
 
     def _prepare(self):
         self.shrinkList("list")
-        if self.answers and not self.default:
-            self["list"].moveToIndex(len(self.answers) - 1)
-
-    def _timeUp(self):
-        if self.timeout_default is not None:
-            self.close(self.timeout_default)
-        else:
-            self.ok()

@@ -5,6 +5,8 @@ from Components.Sources.Source import Source
 from Components.Sources.StaticText import StaticText
 from skin import findLayout
 
+HOOKS = ("onLayoutFinish", "onFirstExecBegin", "onExecBegin", "onShown", "onShow", "onExecEnd", "onHide", "onClose")
+
 
 class Screen(dict):
     """A screen holds its components by name (`self["list"] = ...`) and is shown by `session.open`."""
@@ -13,44 +15,30 @@ class Screen(dict):
         super().__init__()
         self.skinName = type(self).__name__
         self.session = session
-        self.parent = parent
-        self.callback = None
-        self.layout = None
-        self.execing = False
-        self.shown = False
+        self.callback = self.layout = None
+        self.execing = self.shown = False
         self._closing_with = None
-        self.onClose = []
-        self.onFirstExecBegin = []
-        self.onExecBegin = []
-        self.onExecEnd = []
-        self.onLayoutFinish = []
-        self.onShown = []
-        self.onShow = []
-        self.onHide = []
-        self._title = ""
+        for hook in HOOKS:
+            setattr(self, hook, [])
         self["Title"] = StaticText()
 
     def setTitle(self, title):
-        self._title = title
         self["Title"].text = title
 
     def getTitle(self):
-        return self._title
+        return self["Title"].text
 
     title = property(getTitle, setTitle)
 
     def applySkin(self):
-        """Find the layout, create the widgets and run what waits for that.
+        """Find the layout, leave out what the screen does not have, and run what waits for that.
 
         An entry of onLayoutFinish that is not a plain method is source code: boxes hand it to exec.
         """
         self.layout = findLayout(self)
-        if not self.getTitle() and self.layout.title:
-            self.setTitle(_(self.layout.title))
-        for component in self.values():
-            if isinstance(component, GUIComponent):
-                component.GUIcreate(self)
-        self.layout.elements = [element for element in self.layout.elements if self._usable(element)]
+        if self.layout.title and not self.getTitle():
+            self.setTitle(self.layout.title)
+        self.layout.boxes = [box for box in self.layout.boxes if self._usable(box)]
         for function in self.onLayoutFinish:
             if isinstance(function, type(self.close)):
                 function()
@@ -73,8 +61,8 @@ class Screen(dict):
 
     def shrinkList(self, name):
         """Make a pop-up as high as its list needs: lines without rows are taken out, and the screen is centred again."""
-        for box in (element.box for element in self.layout.elements if element.component == name):
-            rows = len(self[name].l) if self[name].visible else 0
+        for box in (box for box in self.layout.boxes if box.component == name):
+            rows = len(self[name].l.rows) if self[name].visible else 0
             spare = max(0, box.height - rows * box.row_height)
             box.height -= spare
             self.layout.height -= spare
@@ -104,22 +92,17 @@ class Screen(dict):
         for component in list(self.values()):
             component.execEnd()
         self.execing = False
-        for function in list(self.onExecEnd):
-            function()
+        _call(self.onExecEnd)
 
     def show(self):
-        if self.shown:
-            return
-        self.shown = True
-        for function in list(self.onShow):
-            function()
+        if not self.shown:
+            self.shown = True
+            _call(self.onShow)
 
     def hide(self):
-        if not self.shown:
-            return
-        self.shown = False
-        for function in list(self.onHide):
-            function()
+        if self.shown:
+            self.shown = False
+            _call(self.onHide)
 
     def close(self, *result):
         """Close with `result` for the opener's callback. While the screen is not running, this waits until it is."""
@@ -131,9 +114,13 @@ class Screen(dict):
     def doClose(self):
         """What remains of a closed screen is an empty shell: its attributes are gone."""
         self.hide()
-        for function in list(self.onClose):
-            function()
+        _call(self.onClose)
         for component in self.values():
             component.destroy()
         self.clear()
         self.__dict__.clear()
+
+
+def _call(functions):
+    for function in list(functions):
+        function()

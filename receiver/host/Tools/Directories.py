@@ -3,16 +3,11 @@
 import os
 
 from receiver.data import env
-from receiver.places import HERE
+from receiver.places import HERE, PLUGIN_FOLDERS
 
-SCOPE_CONFIG, SCOPE_SKIN, SCOPE_CURRENT_SKIN, SCOPE_PLUGINS = range(4)
+SCOPE_CONFIG, SCOPE_SKIN, SCOPE_PLUGINS = env.ETC, str(HERE / "skin"), str(PLUGIN_FOLDERS[0].parent)
 
 
-def resolveFilename(scope, base="", path_prefix=None):
+def resolveFilename(scope, base=""):
     """The full path of a file; an absolute one stays as it is."""
-    folder = {SCOPE_CONFIG: env.ETC, SCOPE_PLUGINS: str(HERE.parent / "plugin")}.get(scope, str(HERE / "skin"))
-    return os.path.join(folder, base)
-
-
-def fileExists(path, mode="r"):
-    return os.access(path, os.W_OK if "w" in mode else os.R_OK)
+    return os.path.join(scope, base)

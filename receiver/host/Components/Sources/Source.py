@@ -1,14 +1,7 @@
 """The base of what a layout shows with `source=` and `render=`: a value without a widget of its own."""
 
+from Components.GUIComponent import Component
 
-class Source:
-    text = ""
 
-    def execBegin(self):
-        pass
-
-    def execEnd(self):
-        pass
-
-    def destroy(self):
-        self.__dict__.clear()
+class Source(Component):
+    pass
