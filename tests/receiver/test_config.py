@@ -1,5 +1,6 @@
 """The configuration tree and its elements: values, keys, notifiers, and the keys of the EPG settings."""
 import os
+import sys
 from unittest import mock
 
 from Components import config as host
@@ -244,6 +245,7 @@ class EpgSettings(BoxTest):
         patch = mock.patch.object(eEPGCache, "_instance", None)
         patch.start()
         self.addCleanup(patch.stop)
+        sys.modules.pop("enigma", None)  # a receiver that was like an image has left its own, with another cache
         self.tree = host.Config()
         self.file = host.ConfigFile(self.tree)
         InitUsageConfig(self.tree)
