@@ -73,7 +73,7 @@ def run_terminal(receiver):
 def run_browser(receiver, port):
     """The TV in a browser, which is opened if there is a desktop."""
     from aiohttp.http_exceptions import HttpProcessingError
-    from receiver.web.server import PortTaken, Server
+    from receiver.web.server import Server
     server = Server(receiver)
     # What is no request (https, a port scan) is answered, and not worth a trace.
     logging.getLogger("aiohttp.server").addFilter(
@@ -85,10 +85,7 @@ def run_browser(receiver, port):
             subprocess.Popen(["xdg-open", server.address], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                              stderr=subprocess.DEVNULL, start_new_session=True)
 
-    try:
-        receiver.loop.run_until_complete(server.run(port, ready))
-    except PortTaken as error:
-        raise UsageError("--port: %s" % error) from error
+    receiver.loop.run_until_complete(server.run(port, ready))
 
 
 def run(options):

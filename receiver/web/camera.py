@@ -27,9 +27,6 @@ def browser():
         from selenium.webdriver.chrome.service import Service
     except ImportError as error:
         raise NoBrowser("python3-selenium is not installed") from error
-    for program, package in (BROWSER, "chromium"), (DRIVER, "chromium-driver"):
-        if not os.access(program, os.X_OK):
-            raise NoBrowser("%s is not installed" % package)
     with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as profile:
         options = webdriver.ChromeOptions()
         options.binary_location = BROWSER

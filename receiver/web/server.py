@@ -10,15 +10,14 @@ slow page gets fewer frames, always the newest, and keeps nobody waiting.
 
 import asyncio
 import contextlib
-import errno
-import functools
+import os
 import re
 import signal
-import socket
 
 from aiohttp import WSMsgType, web
 
 from receiver.actions import BREAK, KEYS, LETTERS, MAKE, REPEAT
+from receiver.options import UsageError
 from receiver.web import html
 
 HOST = "127.0.0.1"
@@ -39,10 +38,6 @@ HEADERS = {
 }
 
 
-class PortTaken(Exception):
-    """Another program listens on the port that the user asked for."""
-
-
 class Server:
     """Shows one receiver to any number of pages, switched on or off, until a signal ends it.
 
@@ -53,60 +48,48 @@ class Server:
         self.receiver = receiver
         self.port = None
         self._pages = set()
-        self._keys = asyncio.Queue()
+        self._turn = asyncio.Lock()  # of who presses a key
         self._frame = None
-        self._end = asyncio.Event()
 
     @property
     def address(self):
         return "http://%s:%d" % (HOST, self.port)
 
     async def run(self, port, ready):
-        """Serve until a signal comes: it switches the receiver off in good order.
+        """Serve until a signal comes: it switches the receiver off in good order. UsageError when the port is taken.
 
         port -- the port to listen on; None for the usual one, or a free one if that is taken
         ready -- called when pages can be opened
         """
-        listener = listen(port)
-        self.port = listener.getsockname()[1]
-        runner = web.AppRunner(self._application(), handle_signals=False, access_log=None)
-        with self._signals(), listener:
-            await runner.setup()
-            await web.SockSite(runner, listener, shutdown_timeout=GOODBYE_SECONDS).start()
-            keys = asyncio.ensure_future(self._press_keys())
+        application = web.Application(middlewares=[self._only_own_pages])
+        application.on_response_prepare.append(_set_headers)
+        application.add_routes([web.get("/", self._document), web.get("/tv", self._tv), web.static("/page", html.PAGE)])
+        runner = web.AppRunner(application, access_log=None)
+        await runner.setup()
+        try:
+            await self._listen(runner, (PORT, 0) if port is None else (port,))
+            end = _end_by_signal()
             self.receiver.on_change = self._changed
             self.receiver.switch_on()
-            try:
-                ready()
-                end = asyncio.ensure_future(self._end.wait())
-                await asyncio.wait({end, keys}, return_when=asyncio.FIRST_COMPLETED)
-                if keys.done():
-                    keys.result()  # keys are pressed for ever: it raises what ended that
-                await self._goodbye()
-            finally:
-                self.receiver.on_change = lambda: None
-                self.receiver.switch_off()
-                keys.cancel()
-                await runner.cleanup()
-
-    @contextlib.contextmanager
-    def _signals(self):
-        """A signal switches the receiver off in good order; the same signal again ends the program at once."""
-        loop = asyncio.get_running_loop()
-
-        def switch_off(number):
-            loop.remove_signal_handler(number)
+            ready()
+            await end.wait()
             self.receiver.switch_off()
-            self._end.set()
-
-        numbers = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
-        for number in numbers:
-            loop.add_signal_handler(number, switch_off, number)
-        try:
-            yield
+            await self._goodbye()
         finally:
-            for number in numbers:
-                loop.remove_signal_handler(number)
+            self.receiver.on_change = lambda: None
+            self.receiver.switch_off()
+            await runner.cleanup()
+
+    async def _listen(self, runner, ports):
+        """Listen on the first of these ports that is free."""
+        for port in ports:
+            try:
+                await web.TCPSite(runner, HOST, port, shutdown_timeout=GOODBYE_SECONDS).start()
+                self.port = runner.addresses[0][1]
+                return
+            except OSError as error:
+                problem = error
+        raise UsageError("--port: port %d: %s" % (port, os.strerror(problem.errno)))
 
     # --- Frames
 
@@ -114,7 +97,7 @@ class Server:
         """The picture may have changed. Frames are made later, when the turn is over and a page waits for one."""
         self._frame = None
         for page in self._pages:
-            page.change()
+            page.changed.set()
 
     def frame(self):
         """The newest frame."""
@@ -123,68 +106,65 @@ class Server:
             self._frame = html.fragment(picture, self.receiver.console.lines)
         return self._frame
 
+    async def _send_frames(self, page):
+        """Send the newest frame whenever there is one and the page shows the one before. An error ends the connection."""
+        sent = None
+        try:
+            while True:
+                await page.changed.wait()
+                page.changed.clear()
+                frame = self.frame()
+                if frame != sent:
+                    sent = frame
+                    page.shown.clear()
+                    await page.socket.send_str(frame)
+                    await page.shown.wait()
+        finally:
+            await page.socket.close()
+
     async def _goodbye(self):
-        """Give every page the last frame, which says that the receiver is off."""
-        shown = [asyncio.ensure_future(page.idle.wait()) for page in self._pages]
-        if shown:
-            await asyncio.wait(shown, timeout=GOODBYE_SECONDS)
+        """Wait until every page shows the last frame, which says that the receiver is off, but not for long."""
+        for _ in range(100):
+            if not any(page.changed.is_set() or not page.shown.is_set() for page in self._pages):
+                break
+            await asyncio.sleep(GOODBYE_SECONDS / 100)
         for page in set(self._pages):
             await page.socket.close(code=1001, message=b"switched off")
 
     # --- Keys
-
-    async def _press_keys(self):
-        """Do what the pages ask for, one thing after the other. A key waits until a screen is there to get it."""
-        while True:
-            act = await self._keys.get()
-            for _ in range(CLOSING_TURNS):
-                if not self.receiver.is_closing:
-                    break
-                await asyncio.sleep(0)
-            act()
-            await asyncio.sleep(0)
 
     async def _take(self, page, text):
         """A message of a page. False for what no page of ours sends, which ends the connection."""
         if text == "shown":
             page.shown.set()
         elif text == "ping":
-            with contextlib.suppress(ConnectionError):
-                await page.socket.send_str("")
+            await page.socket.send_str("")
         else:
-            act = self._act(*text.partition(" ")[::2])
-            if act is None:
-                return False
-            self._keys.put_nowait(act)
+            async with self._turn:
+                for _ in range(CLOSING_TURNS):
+                    await asyncio.sleep(0)
+                    if not self.receiver.is_closing:
+                        break
+                return self._act(*text.partition(" ")[::2])
         return True
 
     def _act(self, what, value):
-        """What a message asks for, to be called; None if it makes no sense."""
+        """Do what a message asks for. False if it makes no sense."""
         if what in (MAKE, REPEAT, BREAK) and value in KEYS:
-            return functools.partial(self.receiver.key, value, what)
-        if what in ("g", "s") and re.fullmatch("-?[0-9]{1,6}", value):
-            return functools.partial(self.receiver.go_to if what == "g" else self.receiver.scroll, int(value))
-        if what == "c" and len(value) == 1:
-            return functools.partial(self._type, value)
-        return self._switch_on if (what, value) == ("on", "") else None
-
-    def _type(self, char):
-        if not self.receiver.type(char) and char.lower() in LETTERS:
-            self.receiver.press(LETTERS[char.lower()])
-
-    def _switch_on(self):
-        if not self.receiver.is_on:
-            self.receiver.switch_on()
+            self.receiver.key(value, what)
+        elif what in ("g", "s") and re.fullmatch("-?[0-9]{1,6}", value):
+            (self.receiver.go_to if what == "g" else self.receiver.scroll)(int(value))
+        elif what == "c" and len(value) == 1:
+            if not self.receiver.type(value) and value.lower() in LETTERS:
+                self.receiver.press(LETTERS[value.lower()])
+        elif (what, value) == ("on", ""):
+            if not self.receiver.is_on:
+                self.receiver.switch_on()
+        else:
+            return False
+        return True
 
     # --- HTTP
-
-    def _application(self):
-        application = web.Application(middlewares=[self._only_own_pages])
-        application.on_response_prepare.append(_set_headers)
-        application.router.add_get("/", self._document)
-        application.router.add_get("/tv", self._tv)
-        application.router.add_static("/page", html.PAGE)
-        return application
 
     @web.middleware
     async def _only_own_pages(self, request, handler):
@@ -192,22 +172,25 @@ class Server:
         hosts = [name + ("" if self.port == 80 else ":%d" % self.port) for name in (HOST, "localhost")]
         origin = request.headers.get("Origin")
         if request.host not in hosts or origin not in (None, "http://" + request.host):
-            raise web.HTTPForbidden(text="Only for pages of %s\n" % self.address, headers=HEADERS)
+            raise web.HTTPForbidden(text="Only for pages of %s\n" % self.address)
         return await handler(request)
 
     async def _document(self, request):
         return web.Response(text=html.document(self.frame()), content_type="text/html")
 
     async def _tv(self, request):
-        socket = web.WebSocketResponse(heartbeat=HEARTBEAT_SECONDS, max_msg_size=LONGEST_MESSAGE, compress=False)
+        socket = web.WebSocketResponse(heartbeat=HEARTBEAT_SECONDS, timeout=GOODBYE_SECONDS, max_msg_size=LONGEST_MESSAGE,
+                                       compress=False)
         await socket.prepare(request)
         page = _Page(socket)
         self._pages.add(page)
-        sender = asyncio.ensure_future(page.send(self.frame))
+        sender = asyncio.ensure_future(self._send_frames(page))
         try:
             async for message in socket:
                 if message.type != WSMsgType.TEXT or not await self._take(page, message.data):
                     await socket.close(code=1008, message=b"not a key")
+        except ConnectionError:
+            pass  # the page is gone
         finally:
             self._pages.discard(page)
             sender.cancel()
@@ -217,59 +200,28 @@ class Server:
 
 
 class _Page:
-    """One open page. changed: there is a newer picture. shown: it shows what it was sent. idle: there is nothing to send."""
+    """One open page. changed: there is a newer picture. shown: it shows what it was sent."""
 
     def __init__(self, socket):
-        self.socket = socket
-        self.changed = asyncio.Event()
-        self.shown = asyncio.Event()
-        self.idle = asyncio.Event()
-        self.change()
-
-    def change(self):
+        self.socket, self.changed, self.shown = socket, asyncio.Event(), asyncio.Event()
         self.changed.set()
-        self.idle.clear()
-
-    async def send(self, newest):
-        """Send the newest frame whenever there is one and the page shows the one before. An error ends the connection."""
-        try:
-            await self._send(newest)
-        except Exception:
-            await self.socket.close()
-            raise
-
-    async def _send(self, newest):
-        sent = None
-        while True:
-            await self.changed.wait()
-            self.changed.clear()
-            frame = newest()
-            if frame != sent:
-                sent = frame
-                self.shown.clear()
-                await self.socket.send_str(frame)
-                await self.shown.wait()
-            if not self.changed.is_set():
-                self.idle.set()
+        self.shown.set()
 
 
 async def _set_headers(request, response):
     response.headers.update(HEADERS)
 
 
-def listen(port=None):
-    """A socket on this machine's own address. PortTaken if `port` is given and not free; None: PORT or any free one."""
-    for wanted in ([PORT, 0] if port is None else [port]):
-        listener = socket.socket(socket.AF_INET, socket.SOCK_STREAM)
-        try:
-            listener.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
-            listener.bind((HOST, wanted))
-            listener.listen(128)
-            listener.setblocking(False)
-            return listener
-        except OSError as error:
-            listener.close()
-            if error.errno not in (errno.EADDRINUSE, errno.EACCES):
-                raise
-            problem = error
-    raise PortTaken("port %d: %s" % (port, problem.strerror))
+def _end_by_signal():
+    """An event that comes with a signal to end. The next signal then ends the program at once."""
+    loop, end = asyncio.get_running_loop(), asyncio.Event()
+    numbers = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
+
+    def come():
+        for number in numbers:
+            loop.remove_signal_handler(number)
+        end.set()
+
+    for number in numbers:
+        loop.add_signal_handler(number, come)
+    return end

@@ -55,7 +55,7 @@ class EscapeTest(unittest.TestCase):
 
     def test_every_text_of_a_document(self):
         self.assertIn("<h1>", tv.document("<h1>"))
-        self.assertIn('<base href="&quot;">', tv.document("", base='"'))
+        self.assertIn('<base href="&#34;">', tv.document("", base='"'))
         self.assertNotIn("<script", tv.document("", base="file:///"))
 
 
