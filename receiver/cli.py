@@ -22,7 +22,7 @@ from receiver.profile import PROFILES
 def run_keys(receiver, steps, pictures, size):
     """Press the keys on a clock of the receiver's own and print what the TV shows."""
     def show(heading=""):
-        print(heading + text_tv.draw(receiver.picture(), *size).text())
+        print(heading + text_tv.text(receiver.picture(), *size))
 
     play(receiver, [])
     if pictures == "all":

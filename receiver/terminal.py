@@ -1,18 +1,16 @@
-"""The TV in a terminal: draws the picture in colour, takes keys, and leaves the terminal as it found it."""
+"""The TV in a terminal: prompt_toolkit shows the picture, takes keys, and leaves the terminal as it found it."""
 
-import contextlib
 import os
 import signal
-import sys
 
-from prompt_toolkit.input import create_input
+from prompt_toolkit.application import Application
+from prompt_toolkit.key_binding import KeyBindings
 from prompt_toolkit.keys import Keys
+from prompt_toolkit.layout import Layout
 from prompt_toolkit.output.color_depth import ColorDepth
-from prompt_toolkit.output.vt100 import Vt100_Output
-from prompt_toolkit.styles import DEFAULT_ATTRS
 
-from receiver import text_tv
 from receiver.actions import LETTERS
+from receiver.text_tv import TextTv
 
 KEYS = {
     Keys.Up: "up", Keys.Down: "down", Keys.Left: "left", Keys.Right: "right", Keys.Enter: "ok", Keys.ControlJ: "ok",
@@ -22,7 +20,6 @@ KEYS = {
 }
 QUIT = ("q", Keys.ControlC)
 ESCAPE_SECONDS = 0.05  # a lone Esc may be the beginning of another key's code
-SMALLEST = (20, 6)
 
 
 class Terminal:
@@ -31,90 +28,44 @@ class Terminal:
     def __init__(self, receiver, loop):
         self.receiver = receiver
         self.loop = loop
-        self.input = create_input(sys.stdin)
-        self.output = Vt100_Output.from_pty(sys.stdout, term=os.environ.get("TERM"))
+        bindings = KeyBindings()
+        bindings.add(Keys.Any, eager=True)(lambda event: self._press(event.key_sequence[0].key))
         truecolor = os.environ.get("COLORTERM") in ("truecolor", "24bit")
-        self.depth = ColorDepth.DEPTH_24_BIT if truecolor else self.output.get_default_color_depth()
-        self._drawing = False
-        self._escape = None
-        self._done = None
+        self.application = Application(Layout(TextTv(receiver.picture)), key_bindings=bindings, full_screen=True,
+                                       color_depth=ColorDepth.DEPTH_24_BIT if truecolor else None)
+        self.application.ttimeoutlen = ESCAPE_SECONDS
 
     def run(self):
         """Show the TV until q or the switch-off; on any way out the terminal is as before."""
-        self.loop.run_until_complete(self._run())
-
-    async def _run(self):
-        self._done = self.loop.create_future()
-        with contextlib.ExitStack() as stack:
-            stack.enter_context(self.input.raw_mode())
-            stack.enter_context(self._own_screen())
-            stack.enter_context(self.input.attach(self._keys))
-            for number in (signal.SIGTERM, signal.SIGHUP, signal.SIGINT):
-                self.loop.add_signal_handler(number, self.receiver.switch_off)
-            self.loop.add_signal_handler(signal.SIGWINCH, self._changed)
-            self.receiver.on_change = self._changed
-            self.receiver.switch_on()
-            await self._done
-
-    @contextlib.contextmanager
-    def _own_screen(self):
-        self.output.enter_alternate_screen()
-        self.output.hide_cursor()
-        self.output.disable_autowrap()
+        for number in (signal.SIGTERM, signal.SIGHUP, signal.SIGINT):
+            self.loop.add_signal_handler(number, self.receiver.switch_off)
+        # An error of the drawer must end the program, not vanish in the loop.
+        self.loop.set_exception_handler(lambda loop, context: self._end(context.get("exception")))
+        self.receiver.on_change = self._changed
         try:
-            yield
-        finally:
-            self.output.reset_attributes()
-            self.output.enable_autowrap()
-            self.output.show_cursor()
-            self.output.quit_alternate_screen()
-            self.output.flush()
-
-    def _keys(self):
-        if self._escape is not None:
-            self._escape.cancel()
-        self._press(self.input.read_keys())
-        self._escape = self.loop.call_later(ESCAPE_SECONDS, lambda: self._press(self.input.flush_keys()))
-        if self.input.closed:
+            self.loop.run_until_complete(self.application.run_async(
+                pre_run=self.receiver.switch_on, set_exception_handler=False, handle_sigint=False))
+        except EOFError:  # the terminal is gone
             self.receiver.switch_off()
+        finally:  # after an error of the drawer, too
+            self.application.output.enable_autowrap()
+            self.application.output.show_cursor()
+            self.application.output.flush()
 
-    def _press(self, presses):
-        for press in presses:
-            if press.key in QUIT:
-                self.receiver.switch_off()
-                return
-            is_text = len(press.key) == 1 and press.key not in KEYS or press.key in LETTERS
-            if not (is_text and self.receiver.type(press.key)) and press.key in KEYS:
-                self.receiver.press(KEYS[press.key])
+    def _press(self, key):
+        if key in QUIT:
+            self.receiver.switch_off()
+            return
+        is_text = len(key) == 1 and key not in KEYS or key in LETTERS
+        if not (is_text and self.receiver.type(key)) and key in KEYS:
+            self.receiver.press(KEYS[key])
 
     def _changed(self):
-        """Draw once, after all that this turn brings."""
-        if not self._drawing:
-            self._drawing = True
-            self.loop.call_soon(self._draw)
+        if self.receiver.is_on:
+            self.application.invalidate()
+        else:
+            self._end()
 
-    def _draw(self):
-        self._drawing = False
-        if self._done.done():
-            return
-        try:
-            if not self.receiver.is_on:
-                self._done.set_result(None)
-                return
-            size = self.output.get_size()
-            canvas = text_tv.draw(self.receiver.picture(), max(size.columns, SMALLEST[0]), max(size.rows, SMALLEST[1]))
-            self._show(canvas, size)
-        except Exception as error:  # an error of the drawer must end the program, not vanish in the loop
-            self._done.set_exception(error)
-
-    def _show(self, canvas, size):
-        for number, line in enumerate(canvas.cells[:size.rows], 1):
-            self.output.cursor_goto(number, 1)
-            look = None
-            for cell in line[:size.columns]:
-                if look != (look := (cell.foreground, cell.background, cell.bold, cell.underline)):
-                    self.output.set_attributes(DEFAULT_ATTRS._replace(
-                        color=look[0][1:], bgcolor=look[1][1:], bold=look[2], underline=look[3]), self.depth)
-                self.output.write(cell.text)
-        self.output.reset_attributes()
-        self.output.flush()
+    def _end(self, error=None):
+        if self.application.is_running and not self.application.is_done:
+            self.application.exit(exception=error)

@@ -1,40 +1,43 @@
-"""Draws a picture as text: a grid of character cells of any size, for a terminal or for a printout."""
+"""Draws a picture as text: on a screen of character cells of any size, for a terminal or for a printout."""
 
 import functools
+import re
 import textwrap
-from typing import NamedTuple
 
-from wcwidth import wcswidth, wcwidth
+from prompt_toolkit.application import DummyApplication
+from prompt_toolkit.application.current import set_app
+from prompt_toolkit.formatted_text.utils import fragment_list_width
+from prompt_toolkit.layout import FormattedTextControl, Window, WindowAlign
+from prompt_toolkit.layout.mouse_handlers import MouseHandlers
+from prompt_toolkit.layout.screen import Screen, WritePosition
+from prompt_toolkit.utils import get_cwidth
+from prompt_toolkit.widgets import Frame
 
 from receiver.picture import ListBox
 
+SMALLEST = (20, 6)
 KEYS = {"key_red": ("R", "#e5383b"), "key_green": ("G", "#2fa84f"), "key_yellow": ("Y", "#f2b705"),
         "key_blue": ("B", "#3a86ff")}
 ICONS = {"parent": "◂ ", "folder": "▪ ", "bouquet": "▪ ", "file": "  ", "service": "  "}
+ALIGN = {"left": WindowAlign.LEFT, "center": WindowAlign.CENTER, "right": WindowAlign.RIGHT}
 DIM = "#93a1b5"
+BELOW = " nobold nounderline #4c5563 bg:#07090d"  # the look of what is not the screen on top
+UNPRINTABLE = re.compile("[\x00-\x1f\x7f-\x9f\ud800-\udfff]")
 
-
-class Cell(NamedTuple):
-    """One character with its look; the empty text is the second half of a wide character."""
-
-    text: str = " "
-    foreground: str = "#ffffff"
-    background: str = "#000000"
-    bold: bool = False
-    underline: bool = False
+_no_application = functools.cache(DummyApplication)  # every window asks for one, and it takes long to make
 
 
 def printable(text):
-    """The text without anything that a terminal would take as a command."""
-    text = text.replace("\n", " ").replace("\t", " ").encode("utf-8", "replace").decode()
-    return "".join(char if wcwidth(char) >= 0 else "\ufffd" for char in text)
+    """The text in one line, without anything that a terminal would take as a command."""
+    return UNPRINTABLE.sub("\ufffd", text.replace("\n", " ").replace("\t", " "))
 
 
 def cut(text, columns):
     """The text, or as much of it as fits with an ellipsis."""
-    if wcswidth(text) <= columns:
+    text = printable(text)
+    if get_cwidth(text) <= columns:
         return text
-    while text and wcswidth(text) > columns - 1:
+    while text and get_cwidth(text) > columns - 1:
         text = text[:-1]
     return text + "…" if columns > 0 else ""
 
@@ -44,153 +47,134 @@ def wrap(text, columns):
     return [line for paragraph in text.split("\n") for line in textwrap.wrap(printable(paragraph), columns) or [""]]
 
 
-class Canvas:
-    """A grid of cells."""
-
-    def __init__(self, columns, lines):
-        self.columns, self.lines = columns, lines
-        self.cells = [[Cell()] * columns for _ in range(lines)]
-
-    def fill(self, left, top, right, bottom, background):
-        """Empty a rectangle."""
-        left, right = max(0, left), min(right, self.columns)
-        for line in self.cells[max(0, top):max(0, bottom)]:
-            line[left:right] = [Cell(background=background)] * (right - left)
-
-    def write(self, column, line, text, foreground="#ffffff", background=None, bold=False, underline=False):
-        """Write over what is there, on its background if no other is given. Returns the column after the text."""
-        cells = self.cells[line] if 0 <= line < self.lines else []
-        for char in text:
-            size = wcwidth(char)
-            if size == 0 and 0 < column <= len(cells):
-                cells[column - 1] = cells[column - 1]._replace(text=cells[column - 1].text + char)
-            for place in range(max(0, column), min(column + size, len(cells))):
-                cells[place] = Cell("" if place > column else char, foreground, background or cells[place].background,
-                                    bold, underline)
-            column += size
-        return column
-
-    def dim(self):
-        """Darken all that is there, so that what comes on top stands out."""
-        for line in self.cells:
-            line[:] = [Cell(cell.text, _darker(cell.foreground), _darker(cell.background)) for cell in line]
-
-    def text(self):
-        """The grid without its colours."""
-        return "\n".join("".join(cell.text for cell in line).rstrip() for line in self.cells)
+def text(picture, columns, lines):
+    """The picture as text alone."""
+    screen = Screen()
+    with set_app(_no_application()):
+        TextTv(lambda: picture).write_to_screen(screen, MouseHandlers(), WritePosition(0, 0, columns, lines))
+    return "\n".join("".join(screen.data_buffer[line][column].char for column in range(columns)).rstrip()
+                     for line in range(lines))
 
 
-@functools.lru_cache
-def _darker(color):
-    return "#" + "".join("%02x" % (int(color[place:place + 2], 16) // 2) for place in (1, 3, 5))
+class TextTv(Window):
+    """Shows what `picture()` returns, as a container of prompt_toolkit. The last line is the receiver's own."""
+
+    def __init__(self, picture):
+        super().__init__()
+        self._picture = picture
+
+    def write_to_screen(self, screen, mouse_handlers, write_position, parent_style="", erase_bg=True, z_index=None):
+        picture = self._picture()
+        columns, lines = max(write_position.width, SMALLEST[0]), max(write_position.height, SMALLEST[1])
+
+        def show(windows):
+            for (left, top, right, bottom), window in windows:
+                place = WritePosition(left, top, right - left, bottom - top)
+                window.write_to_screen(screen, mouse_handlers, place, "", True, None)
+
+        info = "   ".join(" ".join(filter(None, pair)) for pair in picture.info)
+        show([((0, 0, columns, lines), Window(style="bg:#000000"))])
+        for view in picture.screens:
+            screen.append_style_to_content(BELOW)
+            show(_ScreenDrawer(picture, view, columns, lines - 1).windows())
+        show([((1, lines - 1, columns - 1, lines), _window([(DIM, cut(info, columns - 2))]))])
 
 
-def draw(picture, columns, lines):
-    """The picture on a canvas of that many cells. The last line is the receiver's own."""
-    canvas = Canvas(columns, lines)
-    drawer = _Drawer(canvas, picture)
-    for number, screen in enumerate(picture.screens):
-        if number:
-            canvas.dim()
-        drawer.screen(screen)
-    info = "   ".join(" ".join(filter(None, pair)) for pair in picture.info)
-    canvas.fill(0, lines - 1, columns, lines, "#000000")
-    canvas.write(1, lines - 1, cut(printable(info), columns - 2), foreground=DIM)
-    return canvas
+def _window(fragments, style="", align="left"):
+    return Window(FormattedTextControl(fragments), style=style, align=ALIGN[align])
 
 
-class _Drawer:
-    def __init__(self, canvas, picture):
-        self.canvas, self.write, self.picture, self.background = canvas, canvas.write, picture, "#000000"
-        self.horizontal, self.vertical = canvas.columns / picture.width, (canvas.lines - 1) / picture.height
+def _is_filled(box):
+    return box.background and not box.background.endswith("00", 7)
 
-    def rectangle(self, box):
+
+class _ScreenDrawer:
+    """Draws one screen: its parts are windows of prompt_toolkit, each with its place."""
+
+    def __init__(self, picture, screen, columns, lines):
+        self.picture, self.view = picture, screen
+        self.horizontal, self.vertical = columns / picture.width, lines / picture.height
+
+    def place(self, box):
         """The cells of a box, at least one: left, top, right, bottom. Boxes that touch never overlap."""
         left, top = int(box.x * self.horizontal + 0.5), int(box.y * self.vertical + 0.5)
         return (left, top, max(int((box.x + box.width) * self.horizontal + 0.5), left + 1),
                 max(int((box.y + box.height) * self.vertical + 0.5), top + 1))
 
-    def screen(self, screen):
-        self.background = screen.background[:7]
-        left, top, right, bottom = area = self.rectangle(screen)
-        self.canvas.fill(*area, self.background)
-        if screen.width < self.picture.width or screen.height < self.picture.height:
-            for line in range(top, bottom):
-                start, fill, end = {top: "╭─╮", bottom - 1: "╰─╯"}.get(line, "│ │")
-                self.write(left, line, start + fill * (right - left - 2) + end, foreground=DIM)
-        for box in screen.boxes:
-            if box.background and not box.background.endswith("00", 7):
-                self.panel(box)
-        for box in screen.boxes:
+    def windows(self):
+        """(place, window) of all that is to be drawn, in this order."""
+        view = self.view
+        yield self.place(view), Window(style="bg:" + view.background[:7])
+        if view.width < self.picture.width or view.height < self.picture.height:
+            yield self.place(view), Frame(Window(), style="%s bg:%s" % (DIM, view.background[:7])).container
+        for box in filter(_is_filled, view.boxes):
+            yield from self.panel(box)
+        for box in view.boxes:
             if isinstance(box, ListBox):
-                self.list(box)
+                yield from self.list(box)
             elif box.text:
-                self.label(box)
+                yield self.label(box)
+
+    def background(self, box):
+        """The colour below a box: its own, that of a panel that it is on, or the screen's."""
+        x, y = box.x + box.width / 2, box.y + box.height / 2
+        filled = [other.background for other in filter(_is_filled, self.view.boxes)
+                  if other.x <= x < other.x + other.width and other.y <= y < other.y + other.height]
+        return [self.view.background, *filled][-1][:7]
 
     def panel(self, box):
         """A filled shape; one that is flat becomes a line, a narrow one is too small for cells."""
-        left, top, right, bottom = self.rectangle(box)
+        left, top, right, bottom = self.place(box)
         if box.width * self.horizontal < 2:
             return
-        if box.height * self.vertical < 0.5:
-            self.write(left, int(box.y * self.vertical), "─" * (right - left), foreground=box.background[:7])
+        if box.height * self.vertical >= 0.5:
+            yield (left, top, right, bottom), Window(style="bg:" + box.background[:7])
         else:
-            self.canvas.fill(left, top, right, bottom, box.background[:7])
+            top = int(box.y * self.vertical)
+            yield (left, top, right, top + 1), Window(char="─", style="%s bg:%s" % (box.background[:7], self.view.background[:7]))
 
     def label(self, box):
-        left, top, right, bottom = self.rectangle(box)
+        left, top, right, bottom = self.place(box)
+        columns, lines, key = right - left, bottom - top, []
         if box.role in KEYS:
             letter, color = KEYS[box.role]
-            left = self.write(left, top, "[%s]" % letter, foreground="#000000", background=color, bold=True) + 1
-        columns, lines = right - left, bottom - top
-        texts = wrap(box.text, columns) if box.wrap else [printable(box.text)]
+            key, columns = [("bold #000000 bg:" + color, "[%s]" % letter), ("", " ")], columns - 4
+        texts = wrap(box.text, columns) if box.wrap else [box.text]
         texts = texts[-lines:] if box.valign == "bottom" else texts[:lines]
         top += {"center": (lines - len(texts)) // 2, "bottom": lines - len(texts)}.get(box.valign, 0)
-        for line, text in enumerate(texts, top):
-            text = cut(text, columns)
-            space = columns - wcswidth(text)
-            self.write(left, line, " " * columns)
-            self.write(left + {"center": space // 2, "right": space}.get(box.halign, 0), line, text,
-                       foreground=box.foreground[:7], bold=box.font_size >= 28)
+        style = "%s bg:%s %s" % (box.foreground[:7], self.background(box), "bold" if box.font_size >= 28 else "")
+        fragments = [*key, ("", "\n".join(cut(text, columns) for text in texts))]
+        return (left, top, right, top + len(texts)), _window(fragments, style, box.halign)
 
     def list(self, box):
-        """As many of the rows as there are lines, the selected one among them."""
-        left, top, right, bottom = self.rectangle(box)
+        """As many of the rows as there are lines, the selected one among them, and the scroll bar."""
+        left, top, right, bottom = self.place(box)
         lines = bottom - top
-        self.canvas.fill(left, top, right, bottom, (box.background or self.background)[:7])
         skip = min(max(0, box.selected - box.first - lines // 2), max(0, len(box.rows) - lines))
         rows = box.rows[skip:skip + lines]
         scroll = box.scrollbar and box.total > len(rows)
-        for line, row in enumerate(rows, top):
-            self.row(row, box, left, line, right - 2 * scroll)
+        fragments = [fragment for row in rows for fragment in (*self.row(row, box, right - left - 2 * scroll), ("", "\n"))]
+        yield (left, top, right, bottom), _window(fragments, "bg:" + self.background(box))
         if scroll:
             thumb = max(1, len(rows) * len(rows) // box.total)
             start = (box.first + skip) * (len(rows) - thumb) // (box.total - len(rows))
-            for line in range(len(rows)):
-                self.write(right - 1, top + line, "█" if start <= line < start + thumb else "│", foreground=DIM)
+            bar = ["█" if start <= line < start + thumb else "│" for line in range(len(rows))]
+            yield (right - 1, top, right, bottom), _window([(DIM, "\n".join(bar))], "bg:" + self.background(box))
 
-    def row(self, row, box, left, line, right):
-        """One row: the cursor, its label, and at the right its value with the state of a switch."""
-        foreground = (box.selected_foreground if row.selected else box.foreground)[:7]
+    def row(self, row, box, columns):
+        """The fragments of one row: the cursor, its label, and at the right its value with the state of a switch."""
+        style, dim = box.foreground[:7], DIM
         if row.selected:
-            self.canvas.fill(left, line, right, line + 1, box.selected_background[:7])
-            self.write(left, line, "▶", foreground, bold=True)
-        end = self.value(row, left, line, right, foreground) if row.value else right
-        label = ICONS.get(row.kind, "") + printable(row.label)
+            style = dim = "bold %s bg:%s" % (box.selected_foreground[:7], box.selected_background[:7])
+        value = []
+        if row.value:
+            color = dim if row.switch is False else style
+            value = [(color + " underline" * (place in row.marked), char) for place, char in enumerate(cut(row.value, columns // 2))]
+            value = [(style, "◂ " if row.selected else "  "), *value,
+                     (color, {None: "  ", True: " ●", False: " ○"}[row.switch]), (style, " ▸" if row.selected else "  ")]
+        label = ICONS.get(row.kind, "") + row.label
         label = {"choice": "%-2s %s" % (row.shortcut[:1], label), "marker": "── %s ──" % label}.get(row.kind, label)
-        self.write(left + 2, line, cut(label, end - 1 - left - 2), bold=row.selected,
-                   foreground=DIM if row.kind in ("marker", "heading") else foreground)
-
-    def value(self, row, left, line, right, foreground):
-        """The value of a row; returns the column where it begins."""
-        value = cut(printable(row.value), (right - left) // 2)
-        text = value + {None: "  ", True: " ●", False: " ○"}[row.switch]
-        place = right - 2 - wcswidth(text)
-        self.write(place, line, text, DIM if row.switch is False and not row.selected else foreground, bold=row.selected)
-        for position in row.marked:
-            self.write(place + wcswidth(value[:position]), line, value[position:position + 1], foreground,
-                       bold=row.selected, underline=True)
-        if row.selected:
-            self.write(place - 2, line, "◂", foreground)
-            self.write(right - 1, line, "▸", foreground)
-        return place - 2
+        room = columns - 2 - fragment_list_width(value)
+        label = cut(label, room - 1)
+        return [(style, "▶ " if row.selected else "  "), (dim if row.kind in ("marker", "heading") else style, label),
+                (style, " " * (room - get_cwidth(label))), *value]

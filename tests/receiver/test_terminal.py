@@ -3,7 +3,6 @@
 import fcntl
 import os
 import pty
-import re
 import select
 import signal
 import struct
@@ -11,6 +10,8 @@ import subprocess
 import sys
 import termios
 import time
+
+import pyte
 
 from receiver.places import HERE
 from tests.receiver.tv import TvTest
@@ -25,6 +26,8 @@ class TerminalTest(TvTest):
         self.master, self.slave = pty.openpty()
         self.addCleanup(os.close, self.master)
         self.addCleanup(os.close, self.slave)
+        self.screen = pyte.Screen(100, 40)
+        self.stream = pyte.ByteStream(self.screen)
         self.resize(100, 40)
         self.before = termios.tcgetattr(self.slave)
         self.output = b""
@@ -39,33 +42,40 @@ class TerminalTest(TvTest):
         self.addCleanup(self.process.kill)
 
     def resize(self, columns, lines):
+        self.screen.resize(lines, columns)
         fcntl.ioctl(self.master, termios.TIOCSWINSZ, struct.pack("HHHH", lines, columns, 0, 0))
         if getattr(self, "process", None):
             self.process.send_signal(signal.SIGWINCH)
 
-    def read_until(self, text):
-        """Read what the terminal gets up to and with `text`; without colours and moves, unless `text` has some."""
-        begin, seen = time.monotonic(), b""
-        codes = rb"(?!)" if "\x1b" in text else rb"\x1b\[[0-9;?]*[A-Za-z]"
-        while text.encode() not in re.sub(codes, b"", seen):
-            self.assertLess(time.monotonic() - begin, PATIENCE, "%r never came" % text)
-            if select.select([self.master], [], [], 0.1)[0]:
-                seen += os.read(self.master, 65536)
-        self.output += seen
+    def read(self):
+        """Show on the screen what the terminal gets, for a moment."""
+        if select.select([self.master], [], [], 0.05)[0]:
+            data = os.read(self.master, 65536)
+            self.output += data
+            self.stream.feed(data)
 
-    def type(self, keys, then):
+    def read_until(self, text, gone=None):
+        """Read until the screen shows a text, and another no more."""
+        begin = time.monotonic()
+        while True:
+            shown = "\n".join(self.screen.display)
+            if text in shown and (gone is None or gone not in shown):
+                return
+            self.assertLess(time.monotonic() - begin, PATIENCE, "%r never came:\n%s" % (text, shown))
+            self.read()
+
+    def type(self, keys, then="", gone=None):
         os.write(self.master, keys)
-        self.read_until(then)
+        self.read_until(then, gone)
 
     def finish(self):
         """Wait for the end; the terminal must be as before."""
         begin = time.monotonic()
         while self.process.poll() is None:
             self.assertLess(time.monotonic() - begin, PATIENCE, "it did not end")
-            if select.select([self.master], [], [], 0.05)[0]:
-                self.output += os.read(self.master, 65536)
+            self.read()
         while select.select([self.master], [], [], 0.05)[0]:
-            self.output += os.read(self.master, 65536)
+            self.read()
         self.assertEqual(termios.tcgetattr(self.slave), self.before)
         self.assertEqual((self.output.count(ENTER), self.output.count(LEAVE)), (1, 1))
         self.assertGreater(self.output.rindex(SHOW_CURSOR), self.output.rindex(b"\x1b[?25l"))
@@ -78,7 +88,7 @@ class TerminalTest(TvTest):
         self.type(b"\x1bOA", "▶ Multi-EPG")
         self.type(b"\x1b[C", "◂ yes ●")
         self.type(b"\x1bOP", "Really close")
-        self.type(b"\x1b", "▸")
+        self.type(b"\x1b", gone="Really close")
         self.type(b"\x1b[6~" + b"\x1bOQ", "Main menu")
         self.type(b"\r", "ORSA Veltro")
         os.write(self.master, b"q")
@@ -101,9 +111,10 @@ class TerminalTest(TvTest):
     def test_follows_the_size(self):
         self.start()
         self.read_until("EPG cache")
-        for columns, lines in ((60, 20), (140, 50), (5, 2), (100, 41)):
+        for columns, lines, last in ((60, 20, "EPG cache"), (140, 50, "/media/hdd/epg.dat"), (5, 2, "▶"), (100, 41, "/media/hdd/epg.dat")):
+            self.screen.reset()
             self.resize(columns, lines)
-            self.read_until("\x1b[%d;1H" % lines)
+            self.read_until(last)
         self.type(b"\x1b[B", "▶ Show icon")
         os.write(self.master, b"\x03")
         self.assertEqual(self.finish(), 0)
@@ -111,6 +122,7 @@ class TerminalTest(TvTest):
     def test_signals_switch_it_off(self):
         for number in (signal.SIGTERM, signal.SIGHUP, signal.SIGINT):
             self.output = b""
+            self.screen.reset()
             self.start()
             self.read_until("EPG cache")
             self.process.send_signal(number)
@@ -127,9 +139,14 @@ class TerminalTest(TvTest):
     def test_an_error_of_the_drawer(self):
         self.start(sys.executable, "-c", (
             "import sys; from receiver import cli, text_tv\n"
-            "def fail(*arguments): raise ValueError('out of paint')\n"
-            "text_tv.draw = fail\n"
+            "draw = text_tv.TextTv.write_to_screen\n"
+            "def fail(self, *arguments, **keywords):\n"
+            "    if self._picture().top.title != 'ORSA Veltro': raise ValueError('out of paint')\n"
+            "    draw(self, *arguments, **keywords)\n"
+            "text_tv.TextTv.write_to_screen = fail\n"
             "cli.main(['--terminal', '--etc', sys.argv[1]])"), str(self.etc))
+        self.read_until("▶ Multi-EPG")
+        os.write(self.master, b"\x1b")
         self.assertEqual(self.finish(), 1)
         self.assertIn(b"out of paint", self.process.stderr.read())
 

@@ -2,8 +2,13 @@
 
 import unittest
 
+from prompt_toolkit.application import DummyApplication
+from prompt_toolkit.application.current import set_app
+from prompt_toolkit.layout.mouse_handlers import MouseHandlers
+from prompt_toolkit.layout.screen import Screen, WritePosition
+
 from receiver.picture import Box, ListBox, Picture, Row, ScreenView
-from receiver.text_tv import Canvas, cut, draw, printable, wrap
+from receiver.text_tv import BELOW, TextTv, cut, printable, text, wrap
 from tests.receiver.tv import TvTest
 
 
@@ -13,7 +18,7 @@ def picture(*boxes, **size):
 
 
 def lines(picture, columns=64, rows=37):
-    return draw(picture, columns, rows).text().split("\n")
+    return text(picture, columns, rows).split("\n")
 
 
 def a_list(count, selected=0, first=0, **kwargs):
@@ -31,29 +36,25 @@ class TextTest(unittest.TestCase):
         self.assertEqual(wrap("abcdefgh", 3), ["abc", "def", "gh"])
 
     def test_nothing_that_commands_a_terminal_gets_through(self):
-        self.assertEqual(printable("a\x1b[2Jb\x9bc\x07\td\ud8ff"), "a\ufffd[2Jb\ufffdc\ufffd d?")
-        canvas = Canvas(10, 1)
-        canvas.write(0, 0, "a\x1bb")
-        self.assertNotIn("\x1b", canvas.text())
+        nasty = "a\x1b[2Jb\x9bc\x07\td\ud8ff"
+        self.assertEqual(printable(nasty), "a\ufffd[2Jb\ufffdc\ufffd d\ufffd")
+        row = Row(nasty, nasty, kind="setting", selected=True)
+        boxes = [Box("title", 0, 0, 1280, 20, nasty), Box("key_red", 0, 40, 1280, 20, nasty, wrap=False),
+                 ListBox("list", 0, 100, 1280, 200, rows=[row], total=1)]
+        drawn = text(Picture(picture(*boxes).screens, [(nasty, nasty)]), 100, 37)
+        self.assertEqual(drawn.count("[2Jb"), 6)
+        for char in "\x1b\x9b\x07\ud8ff":
+            self.assertNotIn(char, drawn)
 
     def test_wide_and_combining_characters(self):
-        canvas = Canvas(8, 1)
-        self.assertEqual(canvas.write(0, 0, "日e\u0301x"), 4)
-        self.assertEqual(canvas.text(), "日e\u0301x")
-        self.assertEqual([cell.text for cell in canvas.cells[0][:4]], ["日", "", "e\u0301", "x"])
-
-    def test_writing_outside_is_cut(self):
-        canvas = Canvas(4, 1)
-        canvas.write(-1, 0, "abcdefg")
-        canvas.write(0, 5, "x")
-        self.assertEqual(canvas.text(), "bcde")
+        self.assertEqual(lines(picture(Box("a", 0, 0, 200, 20, "日e\u0301x", halign="right")))[0], " " * 6 + "日e\u0301x")
 
 
 class DrawTest(unittest.TestCase):
     def test_every_size_gives_that_many_cells(self):
         for columns, rows in ((20, 6), (80, 24), (133, 51)):
-            canvas = draw(picture(a_list(100, 3), Box("title", 0, 0, 1280, 50, "Title")), columns, rows)
-            self.assertEqual([len(line) for line in canvas.cells], [columns] * rows)
+            drawn = lines(picture(a_list(100, 3), Box("title", 0, 600, 1280, 50, "Title")), columns, rows)
+            self.assertEqual((len(drawn), max(map(len, drawn))), (rows, columns))
 
     def test_alignment(self):
         boxes = [Box("a", 0, y, 1280, 20, "text", halign=halign)
@@ -110,10 +111,14 @@ class DrawTest(unittest.TestCase):
 
     def test_pop_ups_have_a_border_and_darken_the_rest(self):
         below = picture(Box("a", 0, 0, 1280, 20, "below", foreground="#ffffff"))
-        above = picture(x=320, y=180, width=640, height=360).screens
-        canvas = draw(Picture(below.screens + above, []), 64, 37)
-        self.assertEqual(canvas.cells[0][0].foreground, "#7f7f7f")
-        self.assertIn("╭" + "─" * 30 + "╮", canvas.text())
+        above = picture(Box("b", 330, 200, 600, 20, "above"), x=320, y=180, width=640, height=360).screens
+        screen = Screen()
+        shown = Picture(below.screens + above, [])
+        self.assertIn("┌" + "─" * 30 + "┐", text(shown, 64, 37))
+        with set_app(DummyApplication()):
+            TextTv(lambda: shown).write_to_screen(screen, MouseHandlers(), WritePosition(0, 0, 64, 37))
+        self.assertTrue(screen.data_buffer[0][0].style.endswith(BELOW))
+        self.assertNotIn(BELOW, screen.data_buffer[10][18].style)
 
     def test_information_is_the_last_line(self):
         self.assertEqual(lines(picture())[-1], " info text")
@@ -122,7 +127,7 @@ class DrawTest(unittest.TestCase):
 class RealScreensTest(TvTest):
     def test_every_row_has_a_line_of_its_own_in_the_usual_size(self):
         self.switch_on()
-        drawn = draw(self.picture, 100, 37).text()
+        drawn = text(self.picture, 100, 37)
         for label in self.labels:
             self.assertIn(label, drawn)
         self.assertIn("[R] Exit", drawn)
@@ -131,6 +136,6 @@ class RealScreensTest(TvTest):
     def test_small_terminals_still_show_what_matters(self):
         self.switch_on()
         self.press("up")
-        drawn = draw(self.picture, 60, 16).text()
-        for text in ("ORSA Veltro", "▶ Delete broken epg.dat", "[R] Exit", "[G] Save", "EPG cache"):
-            self.assertIn(text, drawn)
+        drawn = text(self.picture, 60, 16)
+        for shown in ("ORSA Veltro", "▶ Delete broken epg.dat", "[R] Exit", "[G] Save", "EPG cache"):
+            self.assertIn(shown, drawn)
