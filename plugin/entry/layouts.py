@@ -8,14 +8,19 @@ from __future__ import absolute_import
 
 import os
 import traceback
-import xml.etree.ElementTree as ElementTree
 
 from enigma import getDesktop
+
+try:
+    import xml.etree.cElementTree as ElementTree  # Python 2.7, where hosts use it too
+except ImportError:
+    import xml.etree.ElementTree as ElementTree
 
 from . import skin_screens
 from .derived import Need, derived, offers
 from .flat_layout import Unfit, as_text
 
+PICTURES = (".png", ".svg", ".jpg")
 BASE = (1280, 720)  # the desktop that our own layouts are written for
 LINES = (("description", "description"), ("status", "description"))
 
@@ -37,31 +42,45 @@ def install(module):
     """Give each screen of the compiled module its layout. A failure costs a log line."""
     try:
         for name, (own, sources, need) in SCREENS.items():
-            getattr(module, name).skin = Layout(own, sources, need)
+            screen, layout = getattr(module, name), Layout(own, sources, need)
+            screen.parsedSkin, screen.skin = Form(layout, 0), Form(layout, 1)
     except Exception:
         print("[Veltro] no layouts:\n" + traceback.format_exc())
 
 
+class Form(object):
+    """The attributes `parsedSkin` and `skin`: a layout as an element, which hosts take as it is, and as a text, which they
+    would read anew at each opening."""
+
+    def __init__(self, layout, index):
+        self._layout, self._index = layout, index
+
+    def __get__(self, screen, owner=None):
+        return self._layout.of(screen)[self._index]
+
+
 class Layout(object):
-    """The attribute `skin`: on a class our own layout, on a screen the one that its skin makes possible."""
+    """For a class our own layout, for a screen the one that its skin makes possible: (element, text)."""
 
     def __init__(self, own, sources, need):
         self._own, self._sources, self._need = own, sources, need
-        self._made_from = self._made = None
+        self._made_from = self._made = self._made_own = None
 
-    def __get__(self, screen, owner=None):
+    def of(self, screen):
         desktop = _desktop()
-        text = self._from_skin(screen, desktop) if screen is not None else None
-        text = text or own_layout(self._own, desktop)
-        if screen is not None:
-            screen.__dict__["skin"] = text  # hosts read it several times
-        return text
+        return (self._from_skin(screen, desktop) if screen is not None else None) or self._ours(desktop)
+
+    def _ours(self, desktop):
+        if self._made_own is None or self._made_own[0] != desktop:
+            self._made_own = desktop, _forms(own_layout(self._own, desktop))
+        return self._made_own[1]
 
     def _from_skin(self, screen, desktop):
         try:
-            given = skin_screens.loaded(), skin_screens.parts(screen), desktop, skin_screens.texts(screen)
+            given = skin_screens.loaded(), skin_screens.signature(screen), desktop, skin_screens.texts(screen)
             if given != self._made_from:  # a skin that was read anew has other elements
-                self._made, self._made_from = self._make(*given), given
+                made = self._make(given[0], skin_screens.parts(screen), *given[2:])
+                self._made, self._made_from = made and _forms(made), given
             return self._made
         except Exception:
             print("[Veltro] no layout from the skin for %s:\n%s" % (self._own, traceback.format_exc()))
@@ -91,6 +110,15 @@ class Layout(object):
         for score, name in scores:
             if -score > len(need.keys):  # a list alone is no screen of this kind
                 yield name
+
+
+def _forms(text):
+    element = ElementTree.fromstring(text)
+    for each in element.iter():
+        for key, value in each.attrib.items():
+            if value.endswith(PICTURES):
+                each.set(key, skin_screens.found(key, value))
+    return element, as_text(element)
 
 
 def _desktop():

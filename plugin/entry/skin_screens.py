@@ -3,52 +3,62 @@
 from __future__ import absolute_import
 
 import inspect
+import os
 import sys
+import xml.etree.ElementTree as ElementTree
 
 OF_ITS_PLACE = ("name", "position", "size", "zPosition", "selectionDisabled", "conditional")
+TITLES = ("title", "Title")
 
-
-_held = _found = None
+_held, _found = {}, {}
 
 
 def loaded():
     """{name: (element, folder)} of the skin as it is now, to be read only. {} on a host that keeps its layouts out of
     reach."""
-    global _held, _found
-    holds = [(value, list(value.values()) if isinstance(value, dict) else list(value))
-             for value in vars(sys.modules["skin"]).values() if isinstance(value, (dict, list))]
-    if holds != _held:  # a look at each of the hundreds of screens would take longer than all else at an opening
-        _held, _found = holds, _read()
+    if not _held or any(_entries(_in_skin(name)) != entries for name, entries in _held.items()):
+        _read()
     return _found
 
 
 def _read():
+    """Each of the hundreds of screens is looked at, which would take longer than all else at an opening."""
+    global _held, _found
+    _held, _found = {}, {}
+    for name, value in list(vars(sys.modules["skin"]).items()):
+        screens = _screens_in(value) if isinstance(value, dict) else _screens_of(value) if isinstance(value, list) else {}
+        if screens:
+            _held[name] = _entries(value)
+            _found.update(screens)
+
+
+def _in_skin(name):
+    return getattr(sys.modules["skin"], name, None)
+
+
+def _entries(value):
+    return list(value.values()) if isinstance(value, dict) else list(value or ())
+
+
+def _screens_in(table):
+    """Of a table of screens: each an element alone, or with its folder, in a tuple or a list."""
     found = {}
-    for value in list(vars(sys.modules["skin"]).values()):
-        if isinstance(value, dict):
-            for name, entry in value.items():
-                element, folder = _entry(entry)
-                if element is not None:
-                    found[name] = element, folder
-        elif isinstance(value, list):
-            _take_roots(found, value)
+    for name, entry in table.items():
+        parts = entry if isinstance(entry, (tuple, list)) else (entry,)
+        elements = [part for part in parts if getattr(part, "tag", None) == "screen"]
+        if elements:
+            found[name] = elements[0], next((part for part in parts if isinstance(part, str)), "")
     return found
 
 
-def _entry(entry):
-    """An element alone, or with its folder, in a tuple or a list."""
-    parts = entry if isinstance(entry, (tuple, list)) else (entry,)
-    elements = [part for part in parts if getattr(part, "tag", None) == "screen"]
-    folders = [part for part in parts if isinstance(part, str)]
-    return (elements[0] if elements else None), (folders[0] if folders else "")
-
-
-def _take_roots(found, entries):
-    """The oldest hosts keep a list of whole skins, (folder, root), in which the first that has a screen counts."""
-    for entry in entries:
+def _screens_of(skins):
+    """Of a list of whole skins, (folder, root), which the oldest hosts keep: the first that has a screen counts."""
+    found = {}
+    for entry in skins:
         if isinstance(entry, tuple) and len(entry) == 2 and getattr(entry[1], "tag", None) == "skin":
             for element in entry[1].findall("screen"):
                 found.setdefault(element.get("name"), (element, entry[0]))
+    return found
 
 
 def has(screens, name, widget, mark=""):
@@ -66,13 +76,18 @@ def looks_of(screens, name, widget):
     return {}
 
 
+def signature(screen):
+    """What `parts` depends on, sooner told: screens of one signature have the same parts."""
+    return list(screen), [part.__class__ for part in screen.values()], getattr(screen, "unused_parts", ())
+
+
 def parts(screen):
     """{name: (kind, classes)} of what is in a screen: a "widget" is painted by itself, a "source" by a renderer."""
     from Components.GUIComponent import GUIComponent
     from Components.Sources.Source import Source
     kinds = (("widget", GUIComponent), ("source", Source))
     found = {}
-    for name in screen:
+    for name in set(screen).difference(getattr(screen, "unused_parts", ())):
         part = screen[name]
         kind = [kind for kind, base in kinds if isinstance(part, base)]
         found[name] = kind[0] if kind else "other", [each.__name__ for each in inspect.getmro(part.__class__)]
@@ -83,7 +98,23 @@ def texts(screen):
     """{name: text} of what a screen's labels for keys and its title show."""
     found = {}
     for name in screen:
-        text = getattr(screen[name], "text", None) if name.startswith("key_") or name.lower() == "title" else None
+        text = getattr(screen[name], "text", None) if name[:4] == "key_" or name in TITLES else None
         if text:
             found[name] = text.decode("utf-8", "replace") if isinstance(text, bytes) else text
     return found
+
+
+def found(key, name):
+    """The file that the host takes for this picture of a layout. It would look through half a dozen folders at each opening.
+    The name itself where the host has no such file, or looks for it in another way."""
+    try:
+        path = _as_collected(key, name)
+        return path if path == _as_collected(key, path) and os.path.isfile(path) else name
+    except Exception:
+        return name
+
+
+def _as_collected(key, name):
+    attributes = []
+    sys.modules["skin"].collectAttributes(attributes, ElementTree.Element("widget", {key: name}), None)
+    return dict(attributes)[key]

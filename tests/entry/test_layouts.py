@@ -83,6 +83,44 @@ class ChoiceTest(LayoutsTest):
             self.assertEqual(self.open().skin, self.open().skin)
         self.assertEqual(len(made), 2)
 
+    def test_is_an_element_for_hosts_that_take_one(self):
+        """Then nobody reads it as a text at each opening. Both say the same, also of our own layouts."""
+        self.load()
+        self.assertEqual(self.module.Veltro.parsedSkin.get("name"), "Veltro")
+        self.use(SKIN)
+        first, second = self.open(), self.open()
+        self.assertIs(first.parsedSkin, second.parsedSkin)
+        self.assertEqual([each.attrib for each in ElementTree.fromstring(first.skin)], [each.attrib for each in first.parsedSkin])
+        self.use(SKIN.replace("100,100", "50,120"))
+        self.assertEqual(first.parsedSkin[0].get("position"), "50,120")
+
+    def test_is_made_anew_when_another_part_is_in_the_screen(self):
+        self.load()
+        self.use(SKIN.replace("</screen>", '<widget source="key_menu" render="Label" position="700,650" size="90,30"/></screen>'))
+        screen = self.open()
+        self.assertNotIn("key_menu", screen.skin)
+        screen["key_menu"] = self.box.modules["Components.Sources.StaticText"].StaticText("MENU")
+        self.assertIn("key_menu", screen.skin)
+
+    def test_pictures_are_looked_for_once(self):
+        """The host says where one is; it has none of the second, and the third is where it is."""
+        asked = []
+
+        def collect(attributes, node, context, *more, **keywords):
+            asked.extend(node.attrib.values())
+            attributes.extend((key, value if value.startswith("/") or value == "none.png" else self.path(value))
+                              for key, value in node.attrib.items())
+        self.box.modules["skin"].collectAttributes = collect
+        self.load()
+        own, host = self.write("own.png"), self.write("red.png")
+        self.use(SKIN.replace("</screen>", "".join(
+            '<ePixmap pixmap="%s" position="0,0" size="9,9"/>' % name for name in ("red.png", "none.png", own)) + "</screen>"))
+        pictures = [each.get("pixmap") for each in self.open().parsedSkin.iter("ePixmap")]
+        self.assertEqual(pictures, [host, "none.png", own])
+        del asked[:]
+        self.assertIs(self.open().parsedSkin, self.open().parsedSkin)
+        self.assertEqual(asked, [])
+
     def test_is_ours_where_the_skin_has_nothing_to_make_it_from(self):
         self.load()
         self.use('<skin><screen name="Setup" size="300,200"/><screen name="Clock" size="300,200"/></skin>')
