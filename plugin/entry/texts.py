@@ -18,17 +18,28 @@ DOMAIN = "Veltro"
 PACKAGE = __name__.rpartition(".")[0]
 
 _known = {}  # language: {text: its translation}, for a screen asks for the same ones again and again
+_held = None  # the language while it is kept
 _catalogues = {}
 _host_language = None
 
 
 def translate(text):
     """The text in the GUI's language; as it is where nobody has a translation. On Python 2.7 all are UTF-8 bytes."""
-    language = _language()
+    language = _held or _language()
     try:
         return _known[language][text]
     except KeyError:
         return _known.setdefault(language, {}).setdefault(text, _translation(language, text))
+
+
+def keep_language(function, *arguments):
+    """Call a function during which the language can't change; to ask the host takes as long as all else of a translation."""
+    global _held
+    before, _held = _held, _held or _language()
+    try:
+        return function(*arguments)
+    finally:
+        _held = before
 
 
 def _translation(language, text):

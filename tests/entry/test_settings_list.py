@@ -1,7 +1,9 @@
 """The help text of the settings list's row."""
 
+import xml.etree.ElementTree as ElementTree
+
 from tests.entry.case import BoxTest
-from tests.entry.fake_screens import Component
+from tests.entry.fake_screens import Component, Source
 
 
 class HelpTest(BoxTest):
@@ -43,3 +45,46 @@ class HelpTest(BoxTest):
         screen["config"].move_to(8)
         self.assertIs(screen["description"], theirs)
         self.assertEqual(theirs.text, "theirs")
+
+
+class UnusedTest(BoxTest):
+    """What hosts show beside a row of text, in a list without one."""
+
+    def setUp(self):
+        BoxTest.setUp(self)
+        base = self.box.modules["Components.ConfigList"].ConfigListScreen
+        self.window, self.icon, real = Component(), Source(), base.__init__
+
+        def init(screen, *arguments, **keywords):
+            real(screen, *arguments, **keywords)
+            screen["HelpWindow"], screen["VKeyIcon"] = self.window, self.icon
+        base.__init__ = init
+        self.addCleanup(setattr, base, "__init__", real)
+        self.box.modules["skin"].domScreens = {"Setup": (ElementTree.fromstring("""
+            <screen name="Setup" position="fill">
+                <widget name="config" position="100,100" size="900,500"/>
+                <widget name="description" position="100,600" size="900,40" font="Regular;20"/>
+                <widget name="HelpWindow" pixmap="vkey_icon.png" position="10,10" size="1,1"/>
+                <widget source="VKeyIcon" render="Pixmap" pixmap="key_text.png" position="10,10" size="35,25"/>
+            </screen>"""), "")}
+        self.load()
+
+    def open(self):
+        return self.box.session.open(self.module.Veltro, "/plugin")
+
+    def test_is_left_out(self):
+        screen = self.open()
+        self.assertNotIn("HelpWindow", screen.skin)
+        self.assertNotIn("VKeyIcon", screen.skin)
+        self.assertIs(screen["VKeyIcon"], self.icon, "the host switches it")
+        screen["HelpWindow"].show()
+        screen["HelpWindow"].hide()
+        self.assertEqual(screen["HelpWindow"].getPosition(), (0, 0))
+        self.assertNotIsInstance(screen["HelpWindow"], Component, "no widget is made of it")
+
+    def test_stays_where_a_setting_is_a_text(self):
+        self.module.config.usage.epg_buffer = self.box.modules["Components.config"].ConfigText("7")
+        screen = self.open()
+        self.assertIs(screen["HelpWindow"], self.window)
+        self.assertIn("HelpWindow", screen.skin)
+        self.assertIn("VKeyIcon", screen.skin)

@@ -20,6 +20,15 @@ class SettingsScreenTest(BoxTest):
         self.screen.gotEPGpath(None)
         self.assertIs(self.screen["config"].list, before)
 
+    def test_the_language_is_asked_for_once_for_all_rows(self):
+        asked = []
+        self.box.getLanguage = lambda: asked.append(True) or self.box.language
+        self.screen.createSetup()
+        self.assertEqual(len(asked), 1)
+        self.box.language, self.box.catalogue = "sv_SE", {"Enable EIT EPG": "EIT"}
+        self.screen.createSetup()
+        self.assertIn("EIT", [row[0] for row in self.screen["config"].list])
+
     def test_its_class_has_the_name_that_skins_know(self):
         self.assertEqual(type(self.screen).__name__, "Veltro")
 

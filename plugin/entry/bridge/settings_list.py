@@ -2,10 +2,13 @@
 
 from __future__ import absolute_import
 
-from Components import ConfigList
+from Components import ConfigList, config
+from Components.Sources.Source import Source
 from Components.Sources.StaticText import StaticText
 
 from . import guard
+
+TYPED = tuple(getattr(config, name) for name in ("ConfigText", "ConfigMacText") if hasattr(config, name))
 
 
 def changes():
@@ -26,3 +29,22 @@ class ConfigListScreen(ConfigList.ConfigListScreen):
     def describeRow(self):
         row = self["config"].getCurrent()
         self["description"].text = row[2] if row is not None and len(row) > 2 else ""
+
+    def leave_out_unused(self):
+        """Hosts make a window and a picture for rows of text. Where there is no such row nobody would see them."""
+        if not any(isinstance(row[1], TYPED) for row in self["config"].list):
+            self.unused_parts = [name for name in ("HelpWindow", "VKeyIcon") if name in self]
+            if "HelpWindow" in self.unused_parts:
+                self["HelpWindow"] = NoWindow()
+
+
+class NoWindow(Source):
+    """What the host may ask of a window that is not there."""
+
+    def show(self):
+        pass
+
+    hide = show
+
+    def getPosition(self):
+        return 0, 0

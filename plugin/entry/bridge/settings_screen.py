@@ -2,12 +2,20 @@
 
 from __future__ import absolute_import
 
+from ..texts import keep_language
 from . import cache_file, epg_cache
 
 
 class SettingsScreen(object):
     """Shows a directory as soon as it is chosen and what an action on the EPG cache has really done, and takes back every
     change."""
+
+    def __init__(self, *arguments, **keywords):
+        super(SettingsScreen, self).__init__(*arguments, **keywords)
+        self.leave_out_unused()
+
+    def createSetup(self):
+        keep_language(super(SettingsScreen, self).createSetup)
 
     def gotEPGpath(self, res):
         super(SettingsScreen, self).gotEPGpath(res)
