@@ -110,6 +110,19 @@ class InTheSkin(object):
         self.assertEqual(self.text("key_red"), red)
         self.assertFromSkin()
 
+    def test_the_host_takes_the_layout_as_it_is(self):
+        """One that a host reads as a text it keeps in the screen. Pictures it need not look for."""
+        for opens in (self.open_settings, self.open_editor, self.open_picker, self.open_chooser):
+            self.home()
+            opens()
+            self.assertFalse(self.python("'parsedSkin' in vars(session.current_dialog)"))
+            pictures = self.python("[each.get('pixmap') for each in session.current_dialog.parsedSkin.iter() if each.get('pixmap')]")
+            found = [each for each in pictures if each.startswith("/")]
+            self.assertTrue(found, pictures)
+            lacking = [each for each in pictures if each not in found]
+            self.assertEqual(self.python("from Tools.Directories import fileExists, resolveFilename, SCOPE_CURRENT_SKIN\n"
+                                         "[n for n in %r if fileExists(resolveFilename(SCOPE_CURRENT_SKIN, n))]" % (lacking,)), [])
+
     def test_help_and_results_are_to_be_seen(self):
         self.open_settings()
         place = self.python(PLACES)["description"]
@@ -366,6 +379,18 @@ class EventTest(Looks):
         self.host.wait("session.current_dialog['ServiceEvent'].event is not None")
         self.assertTrue(self.python("session.current_dialog['ServiceEvent'].event.getEventName()").startswith("Event "))
         self.press("exit")
+
+    def test_it_is_asked_for_once_when_the_picker_opens(self):
+        """The list selects several times while it opens."""
+        self.open_editor()
+        self.python("from Components.Sources.ServiceEvent import ServiceEvent\nasked, real = [], ServiceEvent.newService\n"
+                    "ServiceEvent.newService = lambda self, *service: asked.append(1) or real(self, *service)")
+        try:
+            self.press("blue")
+            self.assertShows("DVB_EPG_blacklist_ChannelSelection")
+            self.assertEqual(self.python("len(asked)"), 1)
+        finally:
+            self.python("ServiceEvent.newService = real")
 
     def select_service(self, index):
         """By the list of all services, which every host's GREEN shows."""

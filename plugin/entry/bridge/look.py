@@ -65,6 +65,8 @@ class PickerLook(object):
         self.onShown.append(self.showEvent)
 
     def showEvent(self):
+        if not getattr(self, "execing", True):
+            return  # a list that opens selects three times; once it is shown it comes here again
         try:
             self["ServiceEvent"].newService(self.getCurrentSelection())
             self["Event"].newEvent(self["ServiceEvent"].event)
