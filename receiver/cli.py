@@ -19,42 +19,36 @@ from receiver.options import UsageError, open_box, parse
 from receiver.profile import PROFILES
 
 
-def run_keys(receiver, steps, pictures, size):
-    """Press the keys on a clock of the receiver's own and print what the TV shows."""
+def run_script(receiver, options):
+    """Press the keys on a clock of the receiver's own, and print what the TV shows or write it as a PNG."""
     def show(heading=""):
-        print(heading + text_tv.text(receiver.picture(), *size))
+        print(heading + text_tv.text(receiver.picture(), *(options.size or (100, 37))))
 
-    play(receiver, [])
-    if pictures == "all":
+    each = options.pictures == "all"
+    receiver.switch_on()
+    receiver.loop.settle()
+    if each:
         show()
-    for word, step in steps:
+    for word, step in options.steps:
         step(receiver)
-        if pictures == "all":
+        if each:
             show("\n> %s\n\n" % word)
-    if pictures != "all":
+    if options.shot is not None:
+        write_shot(receiver, options.shot)
+    elif not each:
         show()
     receiver.switch_off()
     sys.stdout.flush()
 
 
-def play(receiver, steps):
-    """Switch a receiver on a virtual loop on, and press the keys."""
-    receiver.switch_on()
-    receiver.loop.settle()
-    for _, step in steps:
-        step(receiver)
-
-
-def run_shot(receiver, steps, path):
-    """Press the keys on a clock of the receiver's own and write the picture as a PNG."""
+def write_shot(receiver, path):
+    """Write the picture as a PNG, and switch the receiver off."""
     from receiver.web import camera
-    play(receiver, steps)
     document = camera.picture_document(receiver)
     receiver.switch_off()
     try:
         with camera.browser() as browser:
-            image = camera.photograph(browser, document, *RESOLUTIONS[receiver.resolution])
-        Path(path).write_bytes(image)
+            Path(path).write_bytes(camera.photograph(browser, document, *RESOLUTIONS[receiver.resolution]))
     except OSError as error:
         raise UsageError("--shot: %s: %s" % (path, error.strerror)) from error
     except camera.NoBrowser as error:
@@ -93,21 +87,14 @@ def run(options):
     scripted = options.keys is not None or options.shot is not None
     if options.terminal and not (sys.stdin.isatty() and sys.stdout.isatty()):
         raise UsageError("--terminal needs a terminal; --keys works without one")
-    etc, root, lock = open_box(options.etc)
-    with contextlib.ExitStack() as stack:
-        stack.callback(os.close, lock)
-        loop = stack.enter_context(contextlib.closing(VirtualLoop() if scripted else asyncio.new_event_loop()))
+    new_loop = VirtualLoop if scripted else asyncio.new_event_loop
+    with open_box(options.etc) as (etc, root), contextlib.closing(new_loop()) as loop:
         start = time.time()
-        try:
-            receiver = Receiver(loop, etc, root, PROFILES[options.host], options.resolution,
-                                now=(lambda: start + loop.time()) if scripted else time.time)
-        except OSError as error:
-            raise UsageError("the box's folder can't be made: %s: %s" % (error.filename, error.strerror)) from error
+        receiver = Receiver(loop, etc, root, PROFILES[options.host], options.resolution,
+                            now=(lambda: start + loop.time()) if scripted else time.time)
         receiver.console.on_line = lambda line: print(line, file=sys.stderr, flush=True)
-        if options.shot is not None:
-            run_shot(receiver, options.steps, options.shot)
-        elif scripted:
-            run_keys(receiver, options.steps, options.pictures, options.size or (100, 37))
+        if scripted:
+            run_script(receiver, options)
         elif options.terminal:
             run_terminal(receiver)
         else:

@@ -3,8 +3,10 @@ script/run can answer before anything is installed or built.
 """
 
 import argparse
+import contextlib
 import fcntl
 import hashlib
+import itertools
 import os
 import re
 import shutil
@@ -12,6 +14,7 @@ import sys
 from pathlib import Path
 
 from receiver.actions import KEYS
+from receiver.data import env
 from receiver.layout import RESOLUTIONS
 from receiver.places import HERE
 from receiver.profile import PROFILES
@@ -19,7 +22,7 @@ from receiver.profile import PROFILES
 SAMPLE = HERE / "sample"
 LISTS = ("lamedb", "lamedb5", "bouquets.tv", "bouquets.radio")
 HELP_SHOWN = 10  # exit code for script/run: there is nothing more to do
-NEARBY = 2000  # entries of folders to look at for lists
+NEARBY = 500  # folders to look at for lists
 
 HELP = """
 Without --terminal, --keys or --shot the TV is shown in a browser, at http://127.0.0.1:8420.
@@ -83,16 +86,16 @@ def parse(command_line):
 
 def _check_together(options):
     """UsageError for an option that would do nothing beside the others."""
-    given = {"--" + name for name in ("port", "terminal", "keys", "shot", "size") if getattr(options, name) not in (None, False)}
-    given |= {"--print"} if options.pictures else set()
-    for option, others in {"--port": ("--terminal", "--keys", "--shot"), "--terminal": ("--keys", "--shot"),
-                           "--print": ("--shot",), "--size": ("--shot",)}.items():
-        for other in others:
-            if {option, other} <= given:
-                raise UsageError("%s and %s do not go together" % (option, other))
-    for option in ("--print", "--size"):
-        if option in given and "--keys" not in given:
-            raise UsageError("%s needs --keys" % option)
+    scripted = options.keys is not None or options.shot is not None
+    printed = options.keys is not None and options.shot is None
+    for given, fits, problem in (
+            (options.terminal, not scripted, "--terminal goes neither with --keys nor with --shot"),
+            (options.port is not None, not scripted and not options.terminal,
+             "--port is for the TV in a browser: it goes with none of --terminal, --keys and --shot"),
+            (options.pictures, printed, "--print needs --keys, and goes not with --shot"),
+            (options.size, printed, "--size needs --keys, and goes not with --shot")):
+        if given and not fits:
+            raise UsageError(problem)
 
 
 def _port(text):
@@ -125,19 +128,14 @@ def _parse_word(word):
     press = re.fullmatch(r"(hold:)?([a-z0-9]+)(?:\*([0-9]{1,6}))?", word)
     if not press or press[2] not in KEYS:
         raise UsageError("unknown key: %s (--help lists them)" % word)
-    hold, key, times = press[1], press[2], int(press[3] or 1)
-    return lambda receiver: _hold(receiver, key, times) if hold else _press(receiver, key, times)
+    times = int(press[3] or 1)
+    presses, repeats = (1, times) if press[1] else (times, 0)  # pressed is held without repeating
 
-
-def _press(receiver, key, times):
-    for _ in range(times):
-        receiver.press(key)
-        receiver.loop.settle()
-
-
-def _hold(receiver, key, repeats):
-    receiver.hold(key, repeats)
-    receiver.loop.settle()
+    def step(receiver):
+        for _ in range(presses):
+            receiver.hold(press[2], repeats)
+            receiver.loop.settle()
+    return step
 
 
 def check_folder(folder):
@@ -158,50 +156,47 @@ def _has_lists(folder):
 
 def _lists_near(folder):
     """A folder with channel lists below this one or just above it, or None."""
-    parent = os.path.dirname(os.path.abspath(folder))
-    looked_at = 0
-    for place, folders, files in os.walk(folder):
-        looked_at += len(folders) + len(files)
-        if _has_lists(place):
-            return place
-        folders[:] = sorted(name for name in folders if not name.startswith("."))
-        if looked_at > NEARBY:
-            break
-    return parent if _has_lists(parent) else None
+    below = (place for place, _, _ in os.walk(folder))
+    places = [*itertools.islice(below, NEARBY), os.path.dirname(os.path.abspath(folder))]
+    return next(filter(_has_lists, places), None)
 
 
-def boxes():
-    """The folder of the roots of all boxes; the environment may name another."""
-    return Path(os.environ.get("VELTRO_BOXES") or HERE.parent / "build" / "box")
+def _lock(folder, etc):
+    """Lock a folder that is open. UsageError when another receiver has done so."""
+    try:
+        fcntl.flock(folder, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except BlockingIOError:
+        raise UsageError("another receiver has this folder: %s" % etc) from None
+    except OSError:
+        pass  # a file system without locks
 
 
+@contextlib.contextmanager
 def open_box(chosen):
-    """(etc, root) of the receiver's box for a folder given with --etc, or for None, and the lock on it, to be kept open.
+    """(etc, root) of the receiver's box for a folder given with --etc, or for None. No other receiver gets it meanwhile.
 
-    UsageError when another receiver has it, or when it can't be made.
+    UsageError when another one has it, or when it can't be made.
     """
+    boxes = Path(os.environ.get("VELTRO_BOXES") or HERE.parent / "build" / "box")
     try:
         if chosen is None:
-            root = boxes() / "sample"
+            root = boxes / "sample"
             etc = root / "etc" / "enigma2"
             if not etc.exists():
                 shutil.copytree(SAMPLE, etc)
         else:
             check_folder(chosen)
             etc = Path(chosen).resolve()
-            name = "%s-%s" % (etc.name, hashlib.sha256(os.fsencode(etc)).hexdigest()[:8])
-            root = boxes() / name
+            root = boxes / ("%s-%s" % (etc.name, hashlib.sha256(os.fsencode(etc)).hexdigest()[:8]))
+        env.configure(etc, root)
         lock = os.open(etc, os.O_RDONLY | os.O_DIRECTORY)
     except OSError as error:
         raise UsageError("the box's folder can't be made: %s: %s" % (error.filename, error.strerror)) from error
     try:
-        fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
-    except BlockingIOError:
+        _lock(lock, etc)
+        yield str(etc), str(root)
+    finally:
         os.close(lock)
-        raise UsageError("another receiver has this folder: %s" % etc) from None
-    except OSError:
-        pass  # a file system without locks
-    return str(etc), str(root), lock
 
 
 def main():

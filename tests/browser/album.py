@@ -12,7 +12,7 @@ import sys
 import tempfile
 from pathlib import Path
 
-from receiver import cli, options
+from receiver import options
 from receiver.app import Receiver
 from receiver.loop import VirtualLoop
 from receiver.web import camera
@@ -42,7 +42,10 @@ def played(etc, root, keys):
     """A receiver with this box, after these keys, as long as the block runs."""
     with contextlib.closing(VirtualLoop()) as loop:
         receiver = Receiver(loop, str(etc), root, now=lambda: NOW + loop.time())
-        cli.play(receiver, options.parse_keys(keys))
+        receiver.switch_on()
+        loop.settle()
+        for _, step in options.parse_keys(keys):
+            step(receiver)
         yield receiver
         receiver.switch_off()
 

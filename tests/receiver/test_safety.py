@@ -298,13 +298,10 @@ class BigBouquetTest(TvTest):
 
 class LockTest(TvTest):
     def test_two_receivers_on_one_folder(self):
-        etc, root, lock = options.open_box(str(self.etc))
-        code, out, err = run_cli("--etc", os.path.join(str(self.etc), "..", "enigma2"), "--keys", "")
-        self.assertEqual((code, out, err), (2, "", "script/run: another receiver has this folder: %s\n" % self.etc.resolve()))
-        os.close(lock)
-        again = options.open_box(str(self.etc))
-        self.assertEqual(again[:2], (etc, root))
-        other = options.open_box(None)
-        self.assertNotEqual(other[1], root)
-        os.close(again[2])
-        os.close(other[2])
+        with options.open_box(str(self.etc)) as box:
+            code, out, err = run_cli("--etc", os.path.join(str(self.etc), "..", "enigma2"), "--keys", "")
+            self.assertEqual((code, out, err), (2, "", "script/run: another receiver has this folder: %s\n" % self.etc.resolve()))
+            with options.open_box(None) as other:
+                self.assertNotEqual(other[1], box[1])
+        with options.open_box(str(self.etc)) as again:
+            self.assertEqual(again, box)
