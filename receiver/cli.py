@@ -43,16 +43,14 @@ def run_script(receiver, options):
 
 def write_shot(receiver, path):
     """Write the picture as a PNG, and switch the receiver off."""
-    from receiver.web import camera
-    document = camera.picture_document(receiver)
+    from receiver.web import camera, html
+    document = html.document(html.fragment(receiver.picture()), camera.PAGES, "picture")
     receiver.switch_off()
     try:
         with camera.browser() as browser:
             Path(path).write_bytes(camera.photograph(browser, document, *RESOLUTIONS[receiver.resolution]))
     except OSError as error:
         raise UsageError("--shot: %s: %s" % (path, error.strerror)) from error
-    except camera.NoBrowser as error:
-        raise UsageError("--shot: %s" % error) from error
     print("The picture is in %s" % os.path.abspath(path))
 
 
@@ -79,7 +77,7 @@ def run_browser(receiver, port):
             subprocess.Popen(["xdg-open", server.address], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                              stderr=subprocess.DEVNULL, start_new_session=True)
 
-    receiver.loop.run_until_complete(server.run(port, ready))
+    server.run(port, ready)
 
 
 def run(options):

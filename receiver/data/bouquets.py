@@ -5,7 +5,7 @@ A file that is missing, a broken line or an endless chain of links costs a conso
 import os
 import re
 
-from .files import complain, read_lines, reason
+from .files import parse_file
 from .reference import eServiceReference
 
 _FROM_BOUQUET = re.compile(r'FROM BOUQUET "([^"]*)"')
@@ -48,31 +48,12 @@ class Bouquet:
                 broken.append((number, "is no bouquet line"))
 
 
-class Bouquets:
-    """All bouquets of an etc folder that can be reached from bouquets.tv and bouquets.radio: `files`, file name -> Bouquet."""
-
-    def __init__(self, folder):
-        """Read them. Each file is read once, so bouquets that contain each other do no harm."""
-        self.files = {}
-        waiting = ["bouquets.tv", "bouquets.radio"]
-        for name in waiting:                          # grows while it is walked
-            if name not in self.files:
-                self.files[name] = _read(folder, name)
-                waiting += [bouquet_file(ref) for ref in self.files[name].services if ref.flags & ref.canDescent]
-
-    def find(self, ref):
-        """The Bouquet that a directory reference links, or None."""
-        return self.files.get(bouquet_file(ref)) if ref.flags & ref.canDescent else None
-
-
-def _read(folder, name):
-    paths = [os.path.join(folder, place, name) for place in ("alternatives", "bouquets", "")]
-    path = next(filter(os.path.exists, paths), paths[-1])
-    lines, broken = [], []
-    try:
-        lines = read_lines(path)
-    except (OSError, ValueError) as error:            # a file name may hold anything, a zero byte too
-        broken = [(0, "bouquet not read: %s" % reason(error))]
-    bouquet = Bouquet(lines, broken)
-    complain(path, broken)
-    return bouquet
+def read_bouquets(folder):
+    """File name -> Bouquet, of all that can be reached from bouquets.tv and bouquets.radio of an etc folder."""
+    bouquets, waiting = {}, ["bouquets.tv", "bouquets.radio"]
+    for name in waiting:                              # grows while it is walked
+        if name not in bouquets:                      # each is read once: those that contain each other do no harm
+            paths = [os.path.join(folder, place, name) for place in ("alternatives", "bouquets", "")]
+            bouquets[name] = parse_file(next(filter(os.path.exists, paths), paths[-1]), Bouquet)
+            waiting += [bouquet_file(ref) for ref in bouquets[name].services if ref.flags & ref.canDescent]
+    return bouquets

@@ -15,37 +15,23 @@ FOLDERS = (ETC, "/media/hdd", "/media/usb", "/home/root", "/tmp")  # of every bo
 # Paths that mean the same in the GUI and on the PC; the GUI can't write there.
 SHARED = (str(HERE.parent), *map(str, PLUGIN_FOLDERS), sys.prefix, sys.base_prefix, "/usr", "/proc", "/dev/null", "/dev/urandom")
 
-_root = _etc = None
+etc = root = None  # this run's folders on the PC that play /etc/enigma2 and /
 
 
-def configure(etc, root):
-    """Choose the folders of this run and make what the root lacks. OSError when that fails.
-
-    etc -- the folder that plays /etc/enigma2; it may lie outside the root
-    root -- the folder that plays /
-    """
-    global _root, _etc
-    _root, _etc = os.path.realpath(root), os.path.realpath(etc)
+def configure(etc_folder, root_folder):
+    """Choose the folders of this run, and make what the root lacks. OSError when that fails. `etc` may lie outside the root."""
+    global etc, root
+    etc, root = os.path.realpath(etc_folder), os.path.realpath(root_folder)
     for folder in FOLDERS:
-        os.makedirs(_root + folder, exist_ok=True)
-
-
-def etc():
-    """The PC's folder that plays /etc/enigma2."""
-    return _etc
-
-
-def root():
-    """The PC's folder that plays /."""
-    return _root
+        os.makedirs(root + folder, exist_ok=True)
 
 
 def real(path):
     """Where a path of the box is on this PC. A path that is already one of the PC's stays. Before `configure` an error."""
     path = "/" + os.path.normpath(os.path.join("/", os.fsdecode(path))).lstrip("/")
-    if within(path, _etc, _root, *SHARED):
+    if within(path, etc, root, *SHARED):
         return path
-    return _etc + path[len(ETC):] if within(path, ETC) else _root + path
+    return etc + path[len(ETC):] if within(path, ETC) else root + path
 
 
 def within(path, *folders):

@@ -17,14 +17,8 @@ A_WEEK = 210     # programmes that the broadcast brings of a service
 EVENT_BYTES = 50  # of a programme in the file of a box, which does not save small ones
 
 
-def pack(events):
-    """The file's content for `events`, a dict of reference text -> number of programmes."""
-    body = json.dumps(events, separators=(",", ":")).encode()
-    return _HEADER % zlib.crc32(body) + body
-
-
 def unpack(data):
-    """The events of a file's content; ValueError when it is broken or not ours."""
+    """The events of a file's content, reference text -> number of programmes; ValueError when it is broken or not ours."""
     header, _, body = data.partition(b"\n")
     if not data.startswith(walls.EPG_MAGIC):
         raise ValueError("not an EPG cache file of this receiver")
@@ -86,7 +80,8 @@ class eEPGCache:
                 place = os.path.realpath(env.real(self._path))
                 if os.path.lexists(place) and not walls.is_epg_file(place):
                     raise OSError(errno.EEXIST, "a file that this receiver has not made is left alone")
-            write_atomically(self._path, pack(self._events))
+            body = json.dumps(self._events, separators=(",", ":")).encode()
+            write_atomically(self._path, _HEADER % zlib.crc32(body) + body)
         except (OSError, ValueError) as error:
             env.log("[EPGCache] %s not saved: %s" % (self._path, reason(error)))
             self.on_failure("%s was not saved: %s" % (self._path, reason(error)))

@@ -5,7 +5,6 @@ import shutil
 
 from . import env, walls
 
-
 MOST_COMPLAINTS = 10  # about one file
 
 
@@ -32,6 +31,26 @@ def read_lines(path):
     """The lines of a text file without their "\\n"; only that ends a line, names may hold any other control character."""
     lines = decode(read_file(path)).removeprefix("\ufeff").split("\n")
     return lines if lines[-1] else lines[:-1]
+
+
+def parse_file(path, parse):
+    """What `parse(lines, broken)` makes of a text file, or of no lines where it can't be read.
+
+    What it adds to `broken`, (number of a line, what about it) pairs, are console lines. The first few in full, then a count,
+    so that a file of rubbish can't drown the console.
+    """
+    broken = []
+    try:
+        lines = read_lines(path)
+    except (OSError, ValueError) as error:  # a bouquet's file name may hold anything, a zero byte too
+        env.log("[receiver] %s: not read: %s" % (path, reason(error)))
+        return parse([], [])
+    result = parse(lines, broken)
+    for number, text in broken[:MOST_COMPLAINTS]:
+        env.log("[receiver] %s:%d: %s" % (path, number, text))
+    if len(broken) > MOST_COMPLAINTS:
+        env.log("[receiver] %s: %d more broken lines" % (path, len(broken) - MOST_COMPLAINTS))
+    return result
 
 
 def write_atomically(path, data):
@@ -63,12 +82,3 @@ def write_atomically(path, data):
 def reason(error):
     """Why reading or writing failed, without the path."""
     return getattr(error, "strerror", None) or error
-
-
-def complain(path, broken):
-    """Console lines about what is broken in a file, (number of the line or 0, text) pairs. The first few in full, then a
-    count, so that a file of rubbish can't drown the console."""
-    for number, text in broken[:MOST_COMPLAINTS]:
-        env.log("[receiver] %s: %s" % ("%s:%d" % (path, number) if number else path, text))
-    if len(broken) > MOST_COMPLAINTS:
-        env.log("[receiver] %s: %d more broken lines" % (path, len(broken) - MOST_COMPLAINTS))

@@ -7,7 +7,7 @@ import os
 import re
 from typing import NamedTuple
 
-from .files import complain, read_lines, reason
+from .files import parse_file
 from .reference import eServiceReference
 
 _FIRST = re.compile(r"eDVB services /([345])/\s*")
@@ -31,31 +31,24 @@ class Service(NamedTuple):
             "1:0:%X:%X:%X:%X:%X:0:0:0:" % (self.type, self.sid, self.tsid, self.onid, self.namespace))
 
 
-class Lamedb:
-    """What a folder's lamedb holds, or its lamedb5 where that is the only one: `services`, (sid, namespace, tsid, onid) ->
-    Service, in the order of the file. Missing, unreadable or of another kind: there are none, and the console says so."""
+def read_lamedb(folder):
+    """What a folder's lamedb holds, or its lamedb5 where that is the only one: (sid, namespace, tsid, onid) -> Service, in the
+    order of the file. Missing, unreadable or of another kind: nothing, and the console says so."""
+    paths = [os.path.join(folder, name) for name in ("lamedb", "lamedb5")]
+    return parse_file(next(filter(os.path.exists, paths), paths[0]), _services)
 
-    def __init__(self, folder):
-        self.services, broken = {}, []
-        paths = [os.path.join(folder, name) for name in ("lamedb", "lamedb5")]
-        path = next(filter(os.path.exists, paths), paths[0])
-        try:
-            lines = [line.removesuffix("\r") for line in read_lines(path)] or [""]
-        except OSError as error:
-            lines, broken = [], [(0, reason(error))]
-        first = lines and _FIRST.fullmatch(lines[0])
-        if first:
-            for match, name in (_entries5 if first[1] == "5" else _entries)(lines, broken):
-                key = tuple(int(field, 16) for field in match.groups()[:4])
-                self.services[key] = Service(*key, int(match[5]), name)
-        elif lines:
-            broken.append((1, "is no lamedb of format 3, 4 or 5"))
-        complain(path, broken)
 
-    def find(self, ref):
-        """The Service that a broadcast reference means, or None."""
-        field = ref.getUnsignedData
-        return self.services.get((field(1), field(4), field(2), field(3)))
+def _services(lines, broken):
+    services = {}
+    lines = [line.removesuffix("\r") for line in lines]
+    first = _FIRST.fullmatch(lines[0]) if lines else None
+    if not first:
+        broken.append((1, "is no lamedb of format 3, 4 or 5"))
+        return {}
+    for match, name in (_entries5 if first[1] == "5" else _entries)(lines, broken):
+        key = tuple(int(field, 16) for field in match.groups()[:4])
+        services[key] = Service(*key, int(match[5]), name)
+    return services
 
 
 def _entries(lines, broken):

@@ -3,8 +3,8 @@ import itertools
 import re
 
 from . import env
-from .bouquets import Bouquets, bouquet_file
-from .lamedb import Lamedb
+from .bouquets import bouquet_file, read_bouquets
+from .lamedb import read_lamedb
 from .reference import eServiceReference
 
 TV_TYPES = (1, 17, 22, 25, 31, 134, 195, 211)
@@ -57,7 +57,7 @@ class eServiceCenter:
     _instance = None
 
     def __init__(self):
-        self._lamedb, self._bouquets = Lamedb(env.etc()), Bouquets(env.etc())
+        self._services, self._bouquets = read_lamedb(env.etc), read_bouquets(env.etc)
 
     @staticmethod
     def getInstance():
@@ -68,7 +68,7 @@ class eServiceCenter:
 
     def list(self, ref):
         """A ServiceList of what `ref` (a root, a bouquet) holds; None when it is no list."""
-        bouquet = self._bouquets.find(ref)
+        bouquet = self._bouquet(ref)
         if ref.type != ref.idDVB or not ref.flags & ref.canDescent:
             return None
         if bouquet:
@@ -83,12 +83,13 @@ class eServiceCenter:
 
     def getName(self, ref):
         """Display name: a bouquet's own, else the one in the reference, else the one in lamedb, else ""."""
-        bouquet = self._bouquets.find(ref)
+        bouquet = self._bouquet(ref)
         if bouquet:
             return bouquet.name or ref.getName() or bouquet_file(ref)
         if ref.getName() or ref.type != ref.idDVB or ref.flags & (ref.isMarker | ref.isDirectory) or ref.getPath():
             return ref.getName()
-        service = self._lamedb.find(ref)
+        field = ref.getUnsignedData
+        service = self._services.get((field(1), field(4), field(2), field(3)))
         return service.name if service else ""
 
     def first(self, most):
@@ -97,10 +98,14 @@ class eServiceCenter:
         refs = (ref for content in filter(None, map(self.list, lists)) for ref in content.getContent("R"))
         return list(itertools.islice((ref for ref in refs if not ref.flags & (ref.isMarker | ref.isDirectory)), most))
 
+    def _bouquet(self, ref):
+        """The Bouquet that a directory reference links, or None."""
+        return self._bouquets.get(bouquet_file(ref)) if ref.flags & ref.canDescent else None
+
     def _query(self, ref):
         """All services of the types that a list query names."""
         types = set(map(int, re.findall(r"\(type == (\d+)\)", ref.getPath())))
-        services = [service for service in self._lamedb.services.values() if service.type in types]
+        services = [service for service in self._services.values() if service.type in types]
         return [service.reference() for service in sorted(services, key=lambda service: _place(service.name))]
 
 

@@ -54,8 +54,8 @@ def for_writing(path, follow=True):
             return place
         place = os.path.realpath(place) if follow else os.path.join(os.path.realpath(os.path.dirname(place)),
                                                                     os.path.basename(place))
-        if not env.within(place, env.root()):
-            if not env.within(place, env.etc()):
+        if not env.within(place, env.root):
+            if not env.within(place, env.etc):
                 raise OSError(errno.EROFS, "lies outside the receiver's folders and is left alone", os.fsdecode(path))
             if os.path.lexists(place) and not _is_own(place):
                 raise OSError(errno.EPERM, "was not made by this receiver and is left alone", os.fsdecode(path))

@@ -1,11 +1,15 @@
 """Photographs documents with headless Chromium, in exactly the size wanted."""
 
-import base64
 import contextlib
 import os
 import tempfile
 from pathlib import Path
 
+from selenium import webdriver
+from selenium.common.exceptions import WebDriverException
+from selenium.webdriver.chrome.service import Service
+
+from receiver.options import UsageError
 from receiver.web import html
 
 FLAGS = ("--headless", "--disable-gpu", "--disable-quic", "--no-first-run", "--disable-background-networking",
@@ -14,19 +18,9 @@ BROWSER, DRIVER = "/usr/bin/chromium", "/usr/bin/chromedriver"
 PAGES = html.PAGE.parent.as_uri() + "/"
 
 
-class NoBrowser(Exception):
-    """Chromium or what drives it is missing or does not start; the text says what."""
-
-
 @contextlib.contextmanager
 def browser():
-    """A headless Chromium with a profile of its own, as Selenium's driver. It ends with the block."""
-    try:
-        from selenium import webdriver
-        from selenium.common.exceptions import WebDriverException
-        from selenium.webdriver.chrome.service import Service
-    except ImportError as error:
-        raise NoBrowser("python3-selenium is not installed") from error
+    """A headless Chromium with a profile of its own, as Selenium's driver. It ends with the block. UsageError without one."""
     with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as profile:
         options = webdriver.ChromeOptions()
         options.binary_location = BROWSER
@@ -35,7 +29,7 @@ def browser():
         try:
             driver = webdriver.Chrome(options=options, service=Service(DRIVER))
         except WebDriverException as error:
-            raise NoBrowser("Chromium does not start: %s" % error.msg) from error
+            raise UsageError("--shot: Chromium does not start: %s" % error.msg) from error
         try:
             yield driver
         finally:
@@ -50,21 +44,10 @@ def photograph(driver, document, width, height, scale=1):
         resize(driver, width, height, scale)
         driver.get(page.as_uri())
         driver.execute_async_script("document.fonts.ready.then(arguments[0])")
-        shot = driver.execute_cdp_cmd("Page.captureScreenshot", {"format": "png"})
-        return base64.b64decode(shot["data"])
+        return driver.get_screenshot_as_png()
 
 
 def resize(driver, width, height, scale=1, touch=False):
     """Give the browser's pages a screen of that size."""
     driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", {
         "width": width, "height": height, "deviceScaleFactor": scale, "mobile": touch})
-
-
-def picture_document(receiver):
-    """The document that shows the TV's picture alone."""
-    return html.document(html.fragment(receiver.picture()), PAGES, "picture")
-
-
-def page_document(receiver):
-    """The document that shows the whole page: picture, remote, console."""
-    return html.document(html.fragment(receiver.picture(), receiver.console.lines), PAGES)

@@ -13,6 +13,7 @@ import contextlib
 import os
 import re
 import signal
+import socket
 
 from aiohttp import WSMsgType, web
 
@@ -55,41 +56,36 @@ class Server:
     def address(self):
         return "http://%s:%d" % (HOST, self.port)
 
-    async def run(self, port, ready):
+    def run(self, port, ready):
         """Serve until a signal comes: it switches the receiver off in good order. UsageError when the port is taken.
 
         port -- the port to listen on; None for the usual one, or a free one if that is taken
         ready -- called when pages can be opened
         """
+        listener = listen(port)
+        self.port = listener.getsockname()[1]
         application = web.Application(middlewares=[self._only_own_pages])
-        application.on_response_prepare.append(_set_headers)
         application.add_routes([web.get("/", self._document), web.get("/tv", self._tv), web.static("/page", html.PAGE)])
-        runner = web.AppRunner(application, access_log=None)
-        await runner.setup()
-        try:
-            await self._listen(runner, (PORT, 0) if port is None else (port,))
-            end = _end_by_signal()
-            self.receiver.on_change = self._changed
-            self.receiver.switch_on()
-            ready()
-            await end.wait()
-            self.receiver.switch_off()
-            await self._goodbye()
-        finally:
-            self.receiver.on_change = lambda: None
-            self.receiver.switch_off()
-            await runner.cleanup()
+        application.on_response_prepare.append(_set_headers)
+        application.on_startup.append(self._start)
+        application.on_shutdown.append(self._end)
+        web.run_app(application, sock=listener, loop=self.receiver.loop, shutdown_timeout=GOODBYE_SECONDS, access_log=None,
+                    print=lambda text: ready())
 
-    async def _listen(self, runner, ports):
-        """Listen on the first of these ports that is free."""
-        for port in ports:
-            try:
-                await web.TCPSite(runner, HOST, port, shutdown_timeout=GOODBYE_SECONDS).start()
-                self.port = runner.addresses[0][1]
-                return
-            except OSError as error:
-                problem = error
-        raise UsageError("--port: port %d: %s" % (port, os.strerror(problem.errno)))
+    async def _start(self, application):
+        self.receiver.loop.add_signal_handler(signal.SIGHUP, _leave)  # the library does the same for the others
+        self.receiver.on_change = self._changed
+        self.receiver.switch_on()
+
+    async def _end(self, application):
+        """Wait until every page shows the last frame, which says that the receiver is off, but not for long."""
+        self.receiver.switch_off()
+        for _ in range(100):
+            if not any(page.changed.is_set() or not page.shown.is_set() for page in self._pages):
+                break
+            await asyncio.sleep(GOODBYE_SECONDS / 100)
+        for page in set(self._pages):
+            await page.socket.close(code=1001, message=b"switched off")
 
     # --- Frames
 
@@ -121,15 +117,6 @@ class Server:
                     await page.shown.wait()
         finally:
             await page.socket.close()
-
-    async def _goodbye(self):
-        """Wait until every page shows the last frame, which says that the receiver is off, but not for long."""
-        for _ in range(100):
-            if not any(page.changed.is_set() or not page.shown.is_set() for page in self._pages):
-                break
-            await asyncio.sleep(GOODBYE_SECONDS / 100)
-        for page in set(self._pages):
-            await page.socket.close(code=1001, message=b"switched off")
 
     # --- Keys
 
@@ -212,16 +199,15 @@ async def _set_headers(request, response):
     response.headers.update(HEADERS)
 
 
-def _end_by_signal():
-    """An event that comes with a signal to end. The next signal then ends the program at once."""
-    loop, end = asyncio.get_running_loop(), asyncio.Event()
-    numbers = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
+def _leave():
+    raise web.GracefulExit
 
-    def come():
-        for number in numbers:
-            loop.remove_signal_handler(number)
-        end.set()
 
-    for number in numbers:
-        loop.add_signal_handler(number, come)
-    return end
+def listen(port=None):
+    """A socket on this machine's own address. UsageError if `port` is given and not free; None: PORT or any free one."""
+    for wanted in (PORT, 0) if port is None else (port,):
+        try:
+            return socket.create_server((HOST, wanted))
+        except OSError as error:
+            problem = error
+    raise UsageError("--port: port %d: %s" % (wanted, os.strerror(problem.errno)))

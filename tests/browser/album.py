@@ -15,7 +15,7 @@ from pathlib import Path
 from receiver import options
 from receiver.app import Receiver
 from receiver.loop import VirtualLoop
-from receiver.web import camera
+from receiver.web import camera, html
 
 NOW = 1772740800  # an evening in March 2026
 BLACKLIST = ("1:0:19:101:401:FE:640000:0:0:0:", "1:0:1:105:401:FE:640000:0:0:0:", "1:0:19:204:402:FE:640000:0:0:0:")
@@ -34,7 +34,8 @@ def main(folder):
             pass
         for number, (name, keys) in enumerate(WAY, 1):
             with played(etc, root, keys) as receiver:
-                write(folder / ("page-%d-%s.png" % (number, name)), camera.photograph(browser, camera.page_document(receiver), 1280, 660))
+                document = html.document(html.fragment(receiver.picture(), receiver.console.lines), camera.PAGES)
+                write(folder / ("page-%d-%s.png" % (number, name)), camera.photograph(browser, document, 1280, 660))
 
 
 @contextlib.contextmanager

@@ -20,7 +20,7 @@ class BoxTest(unittest.TestCase):
         self.hdd = os.path.join(self.root, "media", "hdd")
         os.mkdir(self.etc)
         self.console = []
-        for name in ("_etc", "_root"):
+        for name in ("etc", "root"):
             self.addCleanup(setattr, env, name, getattr(env, name))
         env.configure(self.etc, self.root)
         log = mock.patch.object(env, "log", self.console.append)

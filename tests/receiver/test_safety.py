@@ -13,8 +13,8 @@ from unittest import mock
 from receiver import options
 
 from receiver.data import env, walls
-from receiver.data.bouquets import Bouquets
-from receiver.data.lamedb import Lamedb
+from receiver.data.bouquets import read_bouquets
+from receiver.data.lamedb import read_lamedb
 
 from receiver.profile import PROFILES
 from tests.receiver.boxes import SAMPLE, BoxTest
@@ -142,7 +142,7 @@ class OddListsTest(BoxTest):
                 file.truncate(1 << 42)
         for make in (lambda: os.mkfifo(path), lambda: os.symlink("/dev/zero", path), huge, lambda: os.symlink(path, path)):
             make()
-            self.assertEqual(Lamedb(self.etc).services, {})
+            self.assertEqual(read_lamedb(self.etc), {})
             self.complaint("lamedb")
             self.console.clear()
             os.unlink(path)
@@ -151,7 +151,7 @@ class OddListsTest(BoxTest):
         self.write("bouquets.tv", '#SERVICE 1:7:1:0:0:0:0:0:0:0:FROM BOUQUET "userbouquet.a.tv" ORDER BY bouquet\n')
         self.write("bouquets.radio", "#NAME Radio\n")
         os.mkfifo(os.path.join(self.etc, "userbouquet.a.tv"))
-        self.assertEqual(sorted(Bouquets(self.etc).files), ["bouquets.radio", "bouquets.tv", "userbouquet.a.tv"])
+        self.assertEqual(sorted(read_bouquets(self.etc)), ["bouquets.radio", "bouquets.tv", "userbouquet.a.tv"])
         self.complaint("a pipe")
 
     def test_byte_order_mark_version_3_and_lamedb5_alone(self):
@@ -159,10 +159,10 @@ class OddListsTest(BoxTest):
             sample = file.read()
         for data in (b"\xef\xbb\xbf" + sample, sample.replace(b"/4/", b"/3/", 1), sample.replace(b"\n", b"\r\n")):
             self.write("lamedb", data)
-            self.assertEqual(len(Lamedb(self.etc).services), 54)
+            self.assertEqual(len(read_lamedb(self.etc)), 54)
         os.unlink(os.path.join(self.etc, "lamedb"))
         self.write("lamedb5", 'eDVB services /5/\ns:1b7b:00c00000:0401:0001:25:0,"One",p:Maker\n')
-        self.assertEqual([service.name for service in Lamedb(self.etc).services.values()], ["One"])
+        self.assertEqual([service.name for service in read_lamedb(self.etc).values()], ["One"])
         self.assertEqual(self.console, [])
 
 

@@ -117,6 +117,7 @@ class Names(SampleTest):
 
     def test_from_lamedb(self):
         self.assertEqual(self.name("1:0:1:301:403:FE:640000:0:0:0:"), "Kanal Größe")
+        self.assertEqual(self.name("1:0:19:301:403:FE:640000:0:0:0:"), "Kanal Größe", "whatever type the bouquet says")
 
     def test_the_reference_s_own_name_wins(self):
         self.assertEqual(self.name("1:0:1:301:403:FE:640000:0:0:0::My name"), "My name")
