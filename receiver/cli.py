@@ -54,14 +54,6 @@ def write_shot(receiver, path):
     print("The picture is in %s" % os.path.abspath(path))
 
 
-def run_terminal(receiver):
-    """The TV in this terminal. The console would disturb the picture: it goes to standard error if that is a file."""
-    from receiver.terminal import Terminal
-    if sys.stderr.isatty():
-        receiver.console.on_line = lambda line: None
-    Terminal(receiver, receiver.loop).run()
-
-
 def run_browser(receiver, port):
     """The TV in a browser, which is opened if there is a desktop."""
     from aiohttp.http_exceptions import HttpProcessingError
@@ -90,11 +82,13 @@ def run(options):
         start = time.time()
         receiver = Receiver(loop, etc, root, PROFILES[options.host], options.resolution,
                             now=(lambda: start + loop.time()) if scripted else time.time)
-        receiver.console.on_line = lambda line: print(line, file=sys.stderr, flush=True)
+        if not (options.terminal and sys.stderr.isatty()):  # where it would disturb the picture
+            receiver.console.on_line = lambda line: print(line, file=sys.stderr, flush=True)
         if scripted:
             run_script(receiver, options)
         elif options.terminal:
-            run_terminal(receiver)
+            from receiver.terminal import Terminal
+            Terminal(receiver).run()
         else:
             run_browser(receiver, options.port)
 

@@ -25,9 +25,8 @@ ESCAPE_SECONDS = 0.05  # a lone Esc may be the beginning of another key's code
 class Terminal:
     """Runs a receiver in the terminal until it is switched off."""
 
-    def __init__(self, receiver, loop):
+    def __init__(self, receiver):
         self.receiver = receiver
-        self.loop = loop
         bindings = KeyBindings()
         bindings.add(Keys.Any, eager=True)(lambda event: self._press(event.key_sequence[0].key))
         truecolor = os.environ.get("COLORTERM") in ("truecolor", "24bit")
@@ -37,13 +36,14 @@ class Terminal:
 
     def run(self):
         """Show the TV until q or the switch-off; on any way out the terminal is as before."""
+        loop = self.receiver.loop
         for number in (signal.SIGTERM, signal.SIGHUP, signal.SIGINT):
-            self.loop.add_signal_handler(number, self.receiver.switch_off)
+            loop.add_signal_handler(number, self.receiver.switch_off)
         # An error of the drawer must end the program, not vanish in the loop.
-        self.loop.set_exception_handler(lambda loop, context: self._end(context.get("exception")))
+        loop.set_exception_handler(lambda loop, context: self._end(context.get("exception")))
         self.receiver.on_change = self._changed
         try:
-            self.loop.run_until_complete(self.application.run_async(
+            loop.run_until_complete(self.application.run_async(
                 pre_run=self.receiver.switch_on, set_exception_handler=False, handle_sigint=False))
         except EOFError:  # the terminal is gone
             self.receiver.switch_off()

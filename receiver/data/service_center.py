@@ -11,10 +11,6 @@ TV_TYPES = (1, 17, 22, 25, 31, 134, 195, 211)
 RADIO_TYPES = (2, 10)
 
 
-def _favourites(mode, file):
-    return '1:7:%d:0:0:0:0:0:0:0:FROM BOUQUET "%s" ORDER BY bouquet' % (mode, file)
-
-
 def _all(mode, types):
     return "1:7:%d:0:0:0:0:0:0:0:%s ORDER BY name" % (mode, " || ".join("(type == %d)" % number for number in types))
 
@@ -49,8 +45,8 @@ class eServiceCenter:
     """The service database of this run's etc folder, read when first asked for."""
 
     # Where the channel list starts, as eServiceReference texts.
-    ROOT_TV_FAVOURITES = _favourites(1, "bouquets.tv")
-    ROOT_RADIO_FAVOURITES = _favourites(2, "bouquets.radio")
+    ROOT_TV_FAVOURITES = '1:7:1:0:0:0:0:0:0:0:FROM BOUQUET "bouquets.tv" ORDER BY bouquet'
+    ROOT_RADIO_FAVOURITES = '1:7:2:0:0:0:0:0:0:0:FROM BOUQUET "bouquets.radio" ORDER BY bouquet'
     ROOT_TV_ALL = _all(1, TV_TYPES)
     ROOT_RADIO_ALL = _all(2, RADIO_TYPES)
 

@@ -22,12 +22,12 @@ OWN_FILES = ("settings", "blacklist_dvb_epg", "blacklist.eit")  # with whatever 
 _state = threading.local()
 _made = set()  # files and folders that this run has made
 
-# Functions of os by what they do: the positions of their paths, and whether a link there is followed.
-READS = {"stat": (0,), "lstat": (0,), "listdir": (0,), "scandir": (0,), "readlink": (0,), "statvfs": (0,),
-         "listxattr": (0,), "getxattr": (0,)}
-CHANGES = {"remove": (0,), "unlink": (0,), "rmdir": (0,), "rename": (0, 1), "replace": (0, 1), "link": (0, 1), "symlink": (1,)}
-FOLLOWS = {"mkdir": (0,), "mkfifo": (0,), "mknod": (0,), "chmod": (0,), "chown": (0,), "utime": (0,), "truncate": (0,),
-           "setxattr": (0,), "removexattr": (0,)}
+# Functions of os that have paths, at the first place if not said otherwise: those that read, those that change what is there,
+# and those that change what a link there leads to.
+READ = ("stat", "lstat", "listdir", "scandir", "readlink", "statvfs", "listxattr", "getxattr")
+CHANGE = ("remove", "unlink", "rmdir", "rename", "replace", "link", "symlink")
+FOLLOW = ("mkdir", "mkfifo", "mknod", "chmod", "chown", "utime", "truncate", "setxattr", "removexattr")
+PLACES = {"rename": (0, 1), "replace": (0, 1), "link": (0, 1), "symlink": (1,)}
 
 
 @contextlib.contextmanager
@@ -99,61 +99,45 @@ def _at(path, keywords):
     return path if folder is None else os.path.join(os.readlink("/proc/self/fd/%d" % folder), os.fsdecode(path))
 
 
-def _wrapped(function, positions, translate):
+def _wrapped(function, writes, places=(0,), follow=True, check=lambda path: None):
+    """A function that takes paths of the box inside. `writes(arguments)` tells whether it changes what is at these places."""
     @functools.wraps(function)
     def call(*arguments, **keywords):
         if not getattr(_state, "on", False):
             return function(*arguments, **keywords)
         with outside():
-            arguments = list(arguments)
-            for position in positions:
-                if len(arguments) > position and not isinstance(arguments[position], int):
-                    arguments[position] = translate(_at(arguments[position], keywords))
+            writing, arguments, new = writes(arguments), list(arguments), []
+            for place in places:
+                if len(arguments) > place and not isinstance(arguments[place], int):
+                    path = _at(arguments[place], keywords)
+                    path = arguments[place] = for_writing(path, follow) if writing else env.real(path)
+                    check(path)
+                    new += [path] if writing and not os.path.lexists(path) else []
             result = function(*arguments, **keywords)
-            if translate is not env.real:
-                made(arguments[positions[-1]])
+            for path in filter(os.path.lexists, new):
+                made(path)
             return result
     return call
 
 
-def _opening(function, writes):
-    """`function` opens files; `writes(its flags)` tells whether to write."""
-    @functools.wraps(function)
-    def call(path, flags, *arguments, **keywords):
-        if getattr(_state, "on", False) and not isinstance(path, int) and keywords.get("opener") is None:
-            with outside():
-                path = _at(path, keywords)
-                path = for_writing(path) if writes(flags) else env.real(path)
-                if writes(flags) and not os.path.exists(path):
-                    made(path)
-                check_readable(path)
-        with outside():
-            return function(path, flags, *arguments, **keywords)
-    return call
-
-
-def _access(function):
-    @functools.wraps(function)
-    def call(path, mode, **keywords):
-        if not getattr(_state, "on", False):
-            return function(path, mode, **keywords)
-        with outside():
-            try:
-                return function(for_writing(path) if mode & os.W_OK else env.real(path), mode, **keywords)
-            except OSError:
-                return False
-    return call
-
-
 def _build():
-    for table, translate in ((READS, env.real), (CHANGES, functools.partial(for_writing, follow=False)),
-                             (FOLLOWS, for_writing)):
-        for name, positions in table.items():
-            setattr(os, name, _wrapped(getattr(os, name), positions, translate))
-    os.access = _access(os.access)
-    os.open = _opening(os.open, lambda flags: flags & (os.O_WRONLY | os.O_RDWR | os.O_CREAT | os.O_TRUNC))
-    opened = _opening(open, lambda mode: set(mode) & set("wax+"))
+    for name in READ:
+        setattr(os, name, _wrapped(getattr(os, name), lambda arguments: False, PLACES.get(name, (0,))))
+    for name in CHANGE + FOLLOW:
+        setattr(os, name, _wrapped(getattr(os, name), lambda arguments: True, PLACES.get(name, (0,)), name in FOLLOW))
+    writing = os.O_WRONLY | os.O_RDWR | os.O_CREAT | os.O_TRUNC
+    os.open = _wrapped(os.open, lambda arguments: arguments[1] & writing, check=check_readable)
+    opened = _wrapped(open, lambda arguments: set(arguments[1]) & set("wax+"), check=check_readable)
     builtins.open = io.open = lambda file, mode="r", *rest, **keywords: opened(file, mode, *rest, **keywords)
+    accessible = _wrapped(os.access, lambda arguments: arguments[1] & os.W_OK)
+
+    @functools.wraps(os.access)
+    def access(path, mode, **keywords):
+        try:
+            return accessible(path, mode, **keywords)
+        except OSError:
+            return False
+    os.access = access
 
 
 _build()
