@@ -161,16 +161,6 @@ def _lists_near(folder):
     return next(filter(_has_lists, places), None)
 
 
-def _lock(folder, etc):
-    """Lock a folder that is open. UsageError when another receiver has done so."""
-    try:
-        fcntl.flock(folder, fcntl.LOCK_EX | fcntl.LOCK_NB)
-    except BlockingIOError:
-        raise UsageError("another receiver has this folder: %s" % etc) from None
-    except OSError:
-        pass  # a file system without locks
-
-
 @contextlib.contextmanager
 def open_box(chosen):
     """(etc, root) of the receiver's box for a folder given with --etc, or for None. No other receiver gets it meanwhile.
@@ -193,7 +183,13 @@ def open_box(chosen):
     except OSError as error:
         raise UsageError("the box's folder can't be made: %s: %s" % (error.filename, error.strerror)) from error
     try:
-        _lock(lock, etc)
+        fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except BlockingIOError:
+        os.close(lock)
+        raise UsageError("another receiver has this folder: %s" % etc) from None
+    except OSError:
+        pass  # a file system without locks
+    try:
         yield str(etc), str(root)
     finally:
         os.close(lock)

@@ -19,7 +19,6 @@ SMALLEST = (20, 6)
 KEYS = {"key_red": ("R", "#e5383b"), "key_green": ("G", "#2fa84f"), "key_yellow": ("Y", "#f2b705"),
         "key_blue": ("B", "#3a86ff")}
 ICONS = {"parent": "◂ ", "folder": "▪ ", "bouquet": "▪ ", "file": "  ", "service": "  "}
-ALIGN = {"left": WindowAlign.LEFT, "center": WindowAlign.CENTER, "right": WindowAlign.RIGHT}
 DIM = "#93a1b5"
 BELOW = " nobold nounderline #4c5563 bg:#07090d"  # the look of what is not the screen on top
 UNPRINTABLE = re.compile("[\x00-\x1f\x7f-\x9f\ud800-\udfff]")
@@ -60,28 +59,27 @@ class TextTv(Window):
     """Shows what `picture()` returns, as a container of prompt_toolkit. The last line is the receiver's own."""
 
     def __init__(self, picture):
-        super().__init__()
+        super().__init__(style="bg:#000000")
         self._picture = picture
 
     def write_to_screen(self, screen, mouse_handlers, write_position, parent_style="", erase_bg=True, z_index=None):
-        picture = self._picture()
         columns, lines = max(write_position.width, SMALLEST[0]), max(write_position.height, SMALLEST[1])
 
-        def show(windows):
-            for (left, top, right, bottom), window in windows:
-                place = WritePosition(left, top, right - left, bottom - top)
-                window.write_to_screen(screen, mouse_handlers, place, "", True, None)
+        def show(window, left, top, right, bottom):
+            window.write_to_screen(screen, mouse_handlers, WritePosition(left, top, right - left, bottom - top), "", True, None)
 
-        info = "   ".join(" ".join(filter(None, pair)) for pair in picture.info)
-        show([((0, 0, columns, lines), Window(style="bg:#000000"))])
+        picture = self._picture()
+        super().write_to_screen(screen, mouse_handlers, write_position, parent_style, erase_bg, z_index)
         for view in picture.screens:
             screen.append_style_to_content(BELOW)
-            show(_ScreenDrawer(picture, view, columns, lines - 1).windows())
-        show([((1, lines - 1, columns - 1, lines), _window([(DIM, cut(info, columns - 2))]))])
+            for window, place in _ScreenDrawer(picture, view, columns, lines - 1).windows():
+                show(window, *place)
+        info = "   ".join(" ".join(filter(None, pair)) for pair in picture.info)
+        show(_window([(DIM, cut(info, columns - 2))], "bg:#000000"), 1, lines - 1, columns - 1, lines)
 
 
 def _window(fragments, style="", align="left"):
-    return Window(FormattedTextControl(fragments), style=style, align=ALIGN[align])
+    return Window(FormattedTextControl(fragments), style=style, align=WindowAlign[align.upper()])
 
 
 def _is_filled(box):
@@ -102,13 +100,15 @@ class _ScreenDrawer:
                 max(int((box.y + box.height) * self.vertical + 0.5), top + 1))
 
     def windows(self):
-        """(place, window) of all that is to be drawn, in this order."""
+        """(window, place) of all that is to be drawn, in this order."""
         view = self.view
-        yield self.place(view), Window(style="bg:" + view.background[:7])
+        window = Window(style="bg:" + view.background[:7])
         if view.width < self.picture.width or view.height < self.picture.height:
-            yield self.place(view), Frame(Window(), style="%s bg:%s" % (DIM, view.background[:7])).container
+            window = Frame(window, style="%s bg:%s" % (DIM, view.background[:7])).container
+        yield window, self.place(view)
         for box in filter(_is_filled, view.boxes):
-            yield from self.panel(box)
+            if box.width * self.horizontal >= 2:  # one that is narrower is too small for cells
+                yield self.panel(box)
         for box in view.boxes:
             if isinstance(box, ListBox):
                 yield from self.list(box)
@@ -123,15 +123,11 @@ class _ScreenDrawer:
         return [self.view.background, *filled][-1][:7]
 
     def panel(self, box):
-        """A filled shape; one that is flat becomes a line, a narrow one is too small for cells."""
-        left, top, right, bottom = self.place(box)
-        if box.width * self.horizontal < 2:
-            return
+        """A filled shape, or a line where it is flat."""
         if box.height * self.vertical >= 0.5:
-            yield (left, top, right, bottom), Window(style="bg:" + box.background[:7])
-        else:
-            top = int(box.y * self.vertical)
-            yield (left, top, right, top + 1), Window(char="─", style="%s bg:%s" % (box.background[:7], self.view.background[:7]))
+            return Window(style="bg:" + box.background[:7]), self.place(box)
+        (left, _, right, _), top = self.place(box), int(box.y * self.vertical)
+        return Window(char="─", style="%s bg:%s" % (box.background[:7], self.view.background[:7])), (left, top, right, top + 1)
 
     def label(self, box):
         left, top, right, bottom = self.place(box)
@@ -144,7 +140,7 @@ class _ScreenDrawer:
         top += {"center": (lines - len(texts)) // 2, "bottom": lines - len(texts)}.get(box.valign, 0)
         style = "%s bg:%s %s" % (box.foreground[:7], self.background(box), "bold" if box.font_size >= 28 else "")
         fragments = [*key, ("", "\n".join(cut(text, columns) for text in texts))]
-        return (left, top, right, top + len(texts)), _window(fragments, style, box.halign)
+        return _window(fragments, style, box.halign), (left, top, right, top + len(texts))
 
     def list(self, box):
         """As many of the rows as there are lines, the selected one among them, and the scroll bar."""
@@ -154,12 +150,12 @@ class _ScreenDrawer:
         rows = box.rows[skip:skip + lines]
         scroll = box.scrollbar and box.total > len(rows)
         fragments = [fragment for row in rows for fragment in (*self.row(row, box, right - left - 2 * scroll), ("", "\n"))]
-        yield (left, top, right, bottom), _window(fragments, "bg:" + self.background(box))
+        yield _window(fragments, "bg:" + self.background(box)), (left, top, right, bottom)
         if scroll:
             thumb = max(1, len(rows) * len(rows) // box.total)
             start = (box.first + skip) * (len(rows) - thumb) // (box.total - len(rows))
             bar = ["█" if start <= line < start + thumb else "│" for line in range(len(rows))]
-            yield (right - 1, top, right, bottom), _window([(DIM, "\n".join(bar))], "bg:" + self.background(box))
+            yield _window([(DIM, "\n".join(bar))], "bg:" + self.background(box)), (right - 1, top, right, bottom)
 
     def row(self, row, box, columns):
         """The fragments of one row: the cursor, its label, and at the right its value with the state of a switch."""

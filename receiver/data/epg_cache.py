@@ -3,8 +3,8 @@
 No screen of the receiver shows programmes, so what it knows of a service is how many there are. The file is the
 receiver's own: a word, a checksum, and that as JSON. A file of anything else is never overwritten: it is somebody's.
 """
+import contextlib
 import errno
-import functools
 import json
 import os
 import zlib
@@ -27,14 +27,7 @@ def unpack(data):
     return json.loads(body)
 
 
-@functools.lru_cache(maxsize=1)
-def _counts_of(path, *identity):
-    """(events, services) of a file, None for a broken one. The picture asks at every frame: it is read again only when its
-    path or `identity` is another."""
-    try:
-        events = unpack(read_file(path))
-    except ValueError:
-        return None
+def _counts(events):
     return sum(events.values()), len(events)
 
 
@@ -96,16 +89,14 @@ class eEPGCache:
 
     def counts(self):
         """(events, services) in the cache."""
-        return sum(self._events.values()), len(self._events)
+        return _counts(self._events)
 
     def fileCounts(self):
         """(events, services) in the file; None when it is missing or could not be loaded."""
-        try:
-            with walls.outside():
-                info = os.stat(env.real(self._path))
-            return _counts_of(self._path, info.st_ino, info.st_size, info.st_mtime_ns)
-        except (OSError, ValueError):
-            return None
+        with contextlib.suppress(OSError, ValueError), walls.outside():
+            if walls.is_epg_file(env.real(self._path)):
+                return _counts(unpack(read_file(self._path)))
+        return None
 
     def receive(self, refs, skip=()):
         """What a tuner brings on a box: a week of programmes of these services, but for those whose compare form is in `skip`."""

@@ -8,7 +8,6 @@ import re
 from typing import NamedTuple
 
 from .files import parse_file
-from .reference import eServiceReference
 
 _FIRST = re.compile(r"eDVB services /([345])/\s*")
 _ID = r"\s*([0-9a-f]{1,4}):([0-9a-f]{1,8}):([0-9a-f]{1,4}):([0-9a-f]{1,4}):([0-9]{1,3}):[0-9]+(?::[0-9a-f]+)?\s*"
@@ -18,17 +17,9 @@ _LINE = re.compile("s:" + _ID + ',"(.*?)"(?:,(?:[pcf]:.*)?)?', re.I | re.DOTALL)
 
 class Service(NamedTuple):
     """One service as a box found it."""
-    sid: int
-    namespace: int
-    tsid: int
-    onid: int
+    reference: str
     type: int
     name: str
-
-    def reference(self):
-        """A new eServiceReference without a name."""
-        return eServiceReference(
-            "1:0:%X:%X:%X:%X:%X:0:0:0:" % (self.type, self.sid, self.tsid, self.onid, self.namespace))
 
 
 def read_lamedb(folder):
@@ -46,8 +37,9 @@ def _services(lines, broken):
         broken.append((1, "is no lamedb of format 3, 4 or 5"))
         return {}
     for match, name in (_entries5 if first[1] == "5" else _entries)(lines, broken):
-        key = tuple(int(field, 16) for field in match.groups()[:4])
-        services[key] = Service(*key, int(match[5]), name)
+        sid, namespace, tsid, onid = key = tuple(int(field, 16) for field in match.groups()[:4])
+        reference = "1:0:%X:%X:%X:%X:%X:0:0:0:" % (int(match[5]), sid, tsid, onid, namespace)
+        services[key] = Service(reference, int(match[5]), name)
     return services
 
 

@@ -106,10 +106,7 @@ class eServiceReference:
         return self.data[index]
 
     def __eq__(self, other):
-        return isinstance(other, eServiceReference) and self._identity() == other._identity()
+        return isinstance(other, eServiceReference) and self.toCompareString() == other.toCompareString()
 
     def __hash__(self):
-        return hash(self._identity())
-
-    def _identity(self):
-        return self.type, tuple(self.data), self.path
+        return hash(self.toCompareString())

@@ -102,7 +102,7 @@ class eServiceCenter:
         """All services of the types that a list query names."""
         types = set(map(int, re.findall(r"\(type == (\d+)\)", ref.getPath())))
         services = [service for service in self._services.values() if service.type in types]
-        return [service.reference() for service in sorted(services, key=lambda service: _place(service.name))]
+        return [eServiceReference(service.reference) for service in sorted(services, key=lambda service: _place(service.name))]
 
 
 def _place(name):

@@ -85,7 +85,7 @@ class Server:
                 break
             await asyncio.sleep(GOODBYE_SECONDS / 100)
         for page in set(self._pages):
-            await page.socket.close(code=1001, message=b"switched off")
+            await page.close(code=1001, message=b"switched off")
 
     # --- Frames
 
@@ -113,10 +113,10 @@ class Server:
                 if frame != sent:
                     sent = frame
                     page.shown.clear()
-                    await page.socket.send_str(frame)
+                    await page.send_str(frame)
                     await page.shown.wait()
         finally:
-            await page.socket.close()
+            await page.close()
 
     # --- Keys
 
@@ -125,7 +125,7 @@ class Server:
         if text == "shown":
             page.shown.set()
         elif text == "ping":
-            await page.socket.send_str("")
+            await page.send_str("")
         else:
             async with self._turn:
                 for _ in range(CLOSING_TURNS):
@@ -166,16 +166,14 @@ class Server:
         return web.Response(text=html.document(self.frame()), content_type="text/html")
 
     async def _tv(self, request):
-        socket = web.WebSocketResponse(heartbeat=HEARTBEAT_SECONDS, timeout=GOODBYE_SECONDS, max_msg_size=LONGEST_MESSAGE,
-                                       compress=False)
-        await socket.prepare(request)
-        page = _Page(socket)
+        page = _Page()
+        await page.prepare(request)
         self._pages.add(page)
         sender = asyncio.ensure_future(self._send_frames(page))
         try:
-            async for message in socket:
+            async for message in page:
                 if message.type != WSMsgType.TEXT or not await self._take(page, message.data):
-                    await socket.close(code=1008, message=b"not a key")
+                    await page.close(code=1008, message=b"not a key")
         except ConnectionError:
             pass  # the page is gone
         finally:
@@ -183,14 +181,15 @@ class Server:
             sender.cancel()
             with contextlib.suppress(asyncio.CancelledError, ConnectionError):
                 await sender
-        return socket
+        return page
 
 
-class _Page:
-    """One open page. changed: there is a newer picture. shown: it shows what it was sent."""
+class _Page(web.WebSocketResponse):
+    """The connection to an open page. changed: there is a newer picture. shown: it shows what it was sent."""
 
-    def __init__(self, socket):
-        self.socket, self.changed, self.shown = socket, asyncio.Event(), asyncio.Event()
+    def __init__(self):
+        super().__init__(heartbeat=HEARTBEAT_SECONDS, timeout=GOODBYE_SECONDS, max_msg_size=LONGEST_MESSAGE, compress=False)
+        self.changed, self.shown = asyncio.Event(), asyncio.Event()
         self.changed.set()
         self.shown.set()
 

@@ -28,7 +28,7 @@ class Format4(LamedbTest):
         one, two = db.values()
         self.assertEqual((one.name, one.type), ("One", 25))
         self.assertEqual((two.name, two.type), ("Two", 1))
-        self.assertEqual(one.reference().toString(), "1:0:19:1B7B:401:1:C00000:0:0:0:")
+        self.assertEqual(one.reference, "1:0:19:1B7B:401:1:C00000:0:0:0:")
         self.assertEqual(self.console, [])
 
     def test_crlf(self):
