@@ -22,33 +22,21 @@ CODES = {103: "up", 108: "down", 105: "left", 106: "right", 352: "ok", 28: "ok",
 FLAGS = {1: MAKE, 2: BREAK, 4: REPEAT}
 
 
-class Keymap:
-    """Which action each context makes of a key: `lookup(context, key, flag)`. A context is the last file's that has it, unless
-    that says that it extends the one before."""
-
-    def __init__(self, *paths):
-        self._actions = defaultdict(dict)
-        for path in paths:
-            for context in ElementTree.parse(path).getroot().iter("map"):
-                actions = self._actions[context.get("context")]
-                if not context.get("extends"):
-                    actions.clear()
-                actions.update(_entries(path, context))
-
-    def lookup(self, context, key, flag):
-        return self._actions[context].get((key, flag))
-
-    def bind(self, context, key, flag, action):
-        self._actions[context][key, flag] = action
-
-
-def _entries(path, context):
-    for entry in context.iter("key"):
-        key = entry.get("id")[len("KEY_"):].lower()
-        if key not in KEYS:
-            raise ValueError("%s: the remote has no key %s" % (path, entry.get("id")))
-        for flag in entry.get("flags", MAKE):
-            yield (key, flag), entry.get("mapto")
+def read_keymap(*paths):
+    """{context: {(key, flag): action}}. A context is the last file's that has it, unless that says that it extends the one
+    before. ValueError for a key that the remote does not have."""
+    keymap = defaultdict(dict)
+    for path in paths:
+        for context in ElementTree.parse(path).getroot().iter("map"):
+            actions = keymap[context.get("context")]
+            if not context.get("extends"):
+                actions.clear()
+            for entry in context.iter("key"):
+                key = entry.get("id").removeprefix("KEY_").lower()
+                if key not in KEYS:
+                    raise ValueError("%s: the remote has no key %s" % (path, entry.get("id")))
+                actions.update({(key, flag): entry.get("mapto") for flag in entry.get("flags", MAKE)})
+    return keymap
 
 
 @dataclass
@@ -60,7 +48,7 @@ class _Binding:
 
 
 class ActionMaps:
-    """The bindings of the GUI, known to screens as eActionMap."""
+    """The bindings of the GUI, known to screens as eActionMap. keymap -- as of `read_keymap`"""
 
     def __init__(self, keymap):
         self._keymap = keymap
@@ -71,7 +59,7 @@ class ActionMaps:
         """A line of a keymap. A key that this remote does not have is none of its business."""
         for bit, flag in FLAGS.items():
             if flags & bit and code in CODES:
-                self._keymap.bind(context, CODES[code], flag, action)
+                self._keymap[context][CODES[code], flag] = action
 
     def bindAction(self, context, priority, function):
         self._bindings.append(_Binding(context, priority, function))
@@ -92,7 +80,7 @@ class ActionMaps:
         for binding in sorted(self._bindings, key=lambda binding: binding.priority):
             if flag == MAKE:
                 binding.made = key
-            action = self._keymap.lookup(binding.context, key, flag)
+            action = self._keymap[binding.context].get((key, flag))
             if action is not None and binding.made == key:
                 candidates.append((binding, action))
         return any(binding.function(binding.context, action) for binding, action in candidates)

@@ -3,7 +3,6 @@
 import contextlib
 import io
 import sys
-import time
 import traceback
 from collections import deque
 from types import SimpleNamespace
@@ -28,9 +27,6 @@ class Console(io.TextIOBase):
         self.lines = deque(maxlen=CONSOLE_LINES)
         self.on_line = lambda line: None
         self._rest = ""
-
-    def writable(self):
-        return True
 
     def write(self, text):
         *lines, self._rest = (self._rest + text).split("\n")
@@ -61,17 +57,15 @@ class Receiver:
     root -- the folder that plays /, and in which all is written that is not in `etc`
     profile -- the image that the host modules imitate, a `Profile`
     resolution -- the desktop that its skins are made for, one of receiver.layout.RESOLUTIONS
-    now -- the clock of the receiver's day: seconds since 1970, as time.time
     on_change -- called without arguments whenever the picture may have changed; set it to draw. It is called inside
                  the turn, possibly many times: draw later, once.
     """
 
-    def __init__(self, loop, etc, root, profile=PROFILES["full"], resolution="hd", now=time.time):
+    def __init__(self, loop, etc, root, profile=PROFILES["full"], resolution="hd"):
         env.configure(etc, root)
         self.loop = loop
         self.profile = profile
         self.resolution = resolution
-        self.now = now
         self.console = Console()
         self.on_change = lambda: None
         self.is_on = False
@@ -87,7 +81,9 @@ class Receiver:
     def switch_off(self):
         """End the GUI in good order: what its screens have saved is in the settings file."""
         if self.is_on:
-            self._end()
+            if self.crash is None:
+                self.guard(self._gui.save)
+            self._gui.stop()
             self.is_on = False
             self.on_change()
 
@@ -201,22 +197,8 @@ class Receiver:
         if self._restart_timer is not None:
             self._restart_timer.cancel()
         self.crash = self._restart_timer = None
-        self._gui = Gui(self, self._quit)
+        self._gui = Gui(self)
         self.guard(self._gui.start, first_plugin)
-
-    def _end(self):
-        if self.crash is None:
-            self.guard(self._gui.save_settings)
-            self.guard(self._gui.save_epg)
-        self._gui.stop()
-
-    def _quit(self, code):
-        """The GUI asks for its end; it comes when the handler that asks has returned."""
-        self.loop.call_soon(self._restart if code == 3 else self.switch_off)
-
-    def _restart(self):
-        self._end()
-        self._start()
 
     def _crashed(self, trace):
         self._gui.stop()

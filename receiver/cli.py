@@ -8,7 +8,6 @@ import shutil
 import signal
 import subprocess
 import sys
-import time
 from pathlib import Path
 
 from receiver import text_tv
@@ -79,9 +78,7 @@ def run(options):
         raise UsageError("--terminal needs a terminal; --keys works without one")
     new_loop = VirtualLoop if scripted else asyncio.new_event_loop
     with open_box(options.etc) as (etc, root), contextlib.closing(new_loop()) as loop:
-        start = time.time()
-        receiver = Receiver(loop, etc, root, PROFILES[options.host], options.resolution,
-                            now=(lambda: start + loop.time()) if scripted else time.time)
+        receiver = Receiver(loop, etc, root, PROFILES[options.host], options.resolution)
         if not (options.terminal and sys.stderr.isatty()):  # where it would disturb the picture
             receiver.console.on_line = lambda line: print(line, file=sys.stderr, flush=True)
         if scripted:

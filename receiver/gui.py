@@ -10,7 +10,7 @@ import sys
 import weakref
 
 from receiver import running
-from receiver.actions import ActionMaps, Keymap
+from receiver.actions import ActionMaps, read_keymap
 from receiver.data import env
 from receiver.data.epg_cache import eEPGCache
 from receiver.data.files import read_lines
@@ -20,31 +20,19 @@ from receiver.imitation import imitate
 from receiver.places import HOST_MODULES, PLUGIN_FOLDERS
 from receiver.session import Session
 
-# gettext answers the empty text with its catalogue's header. Boxes do; whoever translates "" sees it at once.
-CATALOGUE_HEADER = "Content-Type: text/plain; charset=UTF-8\n"
-
-
-def translate(text):
-    return text if text else CATALOGUE_HEADER
-
-
 MOST_SERVICES = 200  # that the broadcast brings programmes of
 
 
 class Gui:
-    """The GUI process of a receiver, whose `guard` runs what the loop or a key calls.
+    """The GUI process of a receiver, whose `guard` runs what the loop or a key calls."""
 
-    quit -- called with the exit code when the GUI asks for its end
-    """
-
-    def __init__(self, receiver, quit):
+    def __init__(self, receiver):
         self.loop = receiver.loop
         self.profile = receiver.profile
         self.resolution = receiver.resolution
-        self.now = receiver.now
         self.guard = receiver.guard
-        self.quit = quit
-        self.actions = ActionMaps(Keymap(*self.profile.keymaps))
+        self.quit = receiver.switch_off
+        self.actions = ActionMaps(read_keymap(*self.profile.keymaps))
         self.timers = weakref.WeakSet()
         self.session = None
 
@@ -57,8 +45,8 @@ class Gui:
         forget_modules()
         if str(HOST_MODULES) not in sys.path:
             sys.path.insert(0, str(HOST_MODULES))
-        builtins._ = translate
-        builtins.ngettext = lambda one, many, count: one if count == 1 else many
+        # gettext answers the empty text with its catalogue's header. Boxes do; whoever translates "" sees it at once.
+        builtins._ = lambda text: text or "Content-Type: text/plain; charset=UTF-8\n"
         eEPGCache._instance = eServiceCenter._instance = None
         imitate(self.profile)
         settings = importlib.import_module("Components.config")
@@ -90,11 +78,13 @@ class Gui:
             forbidden = _blacklisted() if is_on("misc.epg_dvb_blacklist_mode") else ()
             eEPGCache.getInstance().receive(eServiceCenter.getInstance().first(MOST_SERVICES), forbidden)
 
-    def save_settings(self):
-        """Write the settings file, if that changes anything: looking around leaves a folder as it is."""
+    def save(self):
+        """Write the settings file, if that changes anything: looking around leaves a folder as it is. Images save the EPG, too."""
         configfile = importlib.import_module("Components.config").configfile
         if configfile.isChanged():
             configfile.save()
+        if self.profile.saves_at_end:
+            importlib.import_module("enigma").eEPGCache.getInstance().save()
 
     def message(self, text):
         """Show a message, as soon as a screen is there to be shown above."""
@@ -104,16 +94,10 @@ class Gui:
         elif getattr(self.session.current_dialog, "message", None) != text:  # once is enough
             self.session.open(message_box, text, message_box.TYPE_ERROR).message = text
 
-    def save_epg(self):
-        """What an image does at its end."""
-        if self.profile.saves_at_end:
-            importlib.import_module("enigma").eEPGCache.getInstance().save()
-
     def stop(self):
-        """End the process: no timer fires any more, no key reaches a screen."""
+        """End the process: no timer fires any more."""
         for timer in list(self.timers):
             timer.stop()
-        self.actions = ActionMaps(Keymap(*self.profile.keymaps))
         self.session = None
 
 

@@ -8,32 +8,35 @@ class Session:
 
     def __init__(self):
         self.current_dialog = None
-        self.dialog_stack = []
+        self.dialog_stack = []  # (screen, whether it was shown) of those below
         self.in_exec = False
         self._closing = eTimer()
         self._closing.callback.append(self._finishClose)
 
     def screens(self):
         """The open screens, the lowest first."""
-        below = [screen for screen, _ in self.dialog_stack]
-        return [*below, self.current_dialog] if self.current_dialog is not None else below
+        screens = [screen for screen, _ in self.dialog_stack] + [self.current_dialog]
+        return [screen for screen in screens if screen is not None]
 
-    def open(self, screen, *arguments, **kwargs):
+    def open(self, screen, *arguments, **keywords):
         """Open `screen(session, ...)` on top of the others and return it.
 
         RuntimeError while the screen on top is not running: during its construction or after its close.
         """
         if self.dialog_stack and not self.in_exec:
             raise RuntimeError("modal open are allowed only from a screen which is modal!")
-        self.pushCurrent()
-        dialog = self.instantiateDialog(screen, *arguments, **kwargs)
+        if self.current_dialog is not None:
+            self.dialog_stack.append((self.current_dialog, self.current_dialog.shown))
+            self._execEnd()
+        dialog = screen(self, *arguments, **keywords)
+        dialog.applySkin()
         self.current_dialog = dialog
         self._execBegin()
         return dialog
 
-    def openWithCallback(self, callback, screen, *arguments, **kwargs):
+    def openWithCallback(self, callback, screen, *arguments, **keywords):
         """As `open`; the values that the screen closes with go to `callback` when the opener runs again."""
-        dialog = self.open(screen, *arguments, **kwargs)
+        dialog = self.open(screen, *arguments, **keywords)
         dialog.callback = callback
         return dialog
 
@@ -42,24 +45,11 @@ class Session:
         if not self.in_exec and not self._closing.isActive():
             self.popCurrent()
 
-    def pushCurrent(self):
-        """Stop the screen on top and put it aside."""
-        if self.current_dialog is not None:
-            self.dialog_stack.append((self.current_dialog, self.current_dialog.shown))
-            self._execEnd()
-
     def popCurrent(self):
         """Let the screen run again that was put aside last."""
         self.current_dialog, show = self.dialog_stack.pop() if self.dialog_stack else (None, False)
         if self.current_dialog is not None:
             self._execBegin(show)
-
-    def instantiateDialog(self, screen, *arguments, **kwargs):
-        """Construct a screen and give it its layout, without showing it."""
-        dialog = screen(self, *arguments, **kwargs)
-        dialog.callback = None
-        dialog.applySkin()
-        return dialog
 
     def close(self, screen, *result):
         """End the screen on top. The rest happens on the loop's next turn, outside the handler that closes it."""

@@ -43,5 +43,5 @@ def getDesktop(number):
 
 
 def quitMainloop(code):
-    """Switch the receiver off (code 1) or start the GUI again (code 3)."""
-    running.gui.quit(code)
+    """Switch the receiver off, when the handler that asks for it has returned."""
+    running.gui.loop.call_soon(running.gui.quit)

@@ -3,7 +3,7 @@
 import tempfile
 import unittest
 
-from receiver.actions import BREAK, KEYS, MAKE, REPEAT, ActionMaps, Keymap
+from receiver.actions import BREAK, KEYS, MAKE, REPEAT, ActionMaps, read_keymap
 from receiver.profile import PROFILES
 from tests.receiver.tv import TvTest, host
 
@@ -12,7 +12,7 @@ def keymap(text):
     with tempfile.NamedTemporaryFile("w", suffix=".xml") as file:
         file.write("<keymap>%s</keymap>" % text)
         file.flush()
-        return Keymap(file.name)
+        return read_keymap(file.name)
 
 
 class DeliveryTest(unittest.TestCase):
@@ -95,20 +95,20 @@ class FullKeymapTest(unittest.TestCase):
     """What the module's labels expect of the host that offers everything."""
 
     def test_color_keys(self):
-        keys = Keymap(*PROFILES["full"].keymaps)
+        keys = read_keymap(*PROFILES["full"].keymaps)
         colors = ("red", "green", "yellow", "blue")
-        self.assertEqual([keys.lookup("ColorActions", key, MAKE) for key in colors], list(colors))
-        self.assertEqual([keys.lookup("ChannelSelectBaseActions", key, MAKE) for key in colors],
+        self.assertEqual([keys["ColorActions"][key, MAKE] for key in colors], list(colors))
+        self.assertEqual([keys["ChannelSelectBaseActions"][key, MAKE] for key in colors],
                          ["showAllServices", "showSatellites", "showProviders", "showFavourites"])
-        self.assertIsNone(keys.lookup("SetupActions", "red", MAKE))
+        self.assertNotIn(("red", MAKE), keys["SetupActions"])
 
     def test_every_action_that_the_module_asks_for_has_a_key(self):
-        keys = Keymap(*PROFILES["full"].keymaps)
+        keys = read_keymap(*PROFILES["full"].keymaps)
         wanted = {"SetupActions": ["ok", "cancel", "up", "down"], "DirectionActions": ["up", "down", "left", "right"],
                   "WizardActions": ["ok", "back"], "OkCancelActions": ["ok", "cancel"],
                   "TvRadioActions": ["keyTV", "keyRadio"]}
         for context, actions in wanted.items():
-            found = {keys.lookup(context, key, MAKE) for key in KEYS}
+            found = {keys[context].get((key, MAKE)) for key in KEYS}
             self.assertLessEqual(set(actions), found, context)
 
 

@@ -34,12 +34,6 @@ class Elements(BoxTest):
         element.save()
         self.assertIsNone(element.saved_value)
 
-    def test_no_save(self):
-        element = host.NoSave(host.ConfigYesNo())
-        element.value = True
-        element.save()
-        self.assertEqual((element.saved_value, element.isChanged()), (None, False))
-
     def test_notifiers(self):
         element, seen, final = host.ConfigYesNo(), [], []
         notifier = seen.append

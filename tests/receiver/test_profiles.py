@@ -6,7 +6,7 @@ import sys
 import unittest
 from unittest import mock
 
-from receiver.actions import BREAK, MAKE, Keymap
+from receiver.actions import BREAK, MAKE, read_keymap
 from receiver.gui import find
 from receiver.places import HOST_MODULES
 from receiver.profile import PROFILES
@@ -559,8 +559,8 @@ class KeymapTest(unittest.TestCase):
                             ("OkCancelActions", "exit", BREAK): "cancel"},
                 "openvix": {("ColorActions", "red", BREAK): "red", ("SetupActions", "red", MAKE): "cancel",
                             ("SetupActions", "down", MAKE): None, ("EPGSelectActions", "red", MAKE): None}}.items():
-            keymap = Keymap(*PROFILES[image].keymaps)
-            self.assertEqual({place: keymap.lookup(*place) for place in expected}, expected, image)
+            keymap = read_keymap(*PROFILES[image].keymaps)
+            self.assertEqual({place: keymap[place[0]].get(place[1:]) for place in expected}, expected, image)
 
 
 class CommandLineTest(TvTest):

@@ -1,5 +1,5 @@
-"""The elements of the configuration tree: settings with their values, texts and keys. Hosts offer them from
-`Components.config`."""
+"""The elements of the configuration tree: settings with their values, texts and keys. `Components.config` offers them."""
+
 from receiver.data import env
 
 KEY_LEFT, KEY_RIGHT, KEY_DELETE, KEY_BACKSPACE, KEY_TIMEOUT = 0, 1, 3, 4, 9
@@ -13,15 +13,14 @@ def getKeyNumber(key):
 
 
 def NoSave(element):
-    """Switch off storing for `element` and return it."""
-    element.save_disabled = True
+    """The element, which is never stored: here that is any that is not in the tree."""
     return element
 
 
 class ConfigElement:
     """One setting. Subclasses say what values there are, how they are stored, shown and changed by keys."""
 
-    save_disabled = save_forced = False
+    save_forced = False  # whether the default is stored as well
     path = ""  # where it was last put into the tree, for messages
 
     def __init__(self, default):
@@ -81,8 +80,7 @@ class ConfigElement:
 
     def save(self):
         """Make the current value the saved one, in memory; `configfile.save()` writes the file."""
-        is_default = self.value == self.default and not self.save_forced
-        self.saved_value = None if is_default or self.save_disabled else str(self.value)
+        self.saved_value = str(self.value) if self.value != self.default or self.save_forced else None
         if self._told != self.value:
             self._told = self.value
             for notifier in list(self._final_notifiers):
@@ -95,7 +93,7 @@ class ConfigElement:
     def isChanged(self):
         """True when the value is not the saved one."""
         saved = str(self.default) if self.saved_value is None else self.saved_value
-        return not self.save_disabled and str(self.value) != saved
+        return str(self.value) != saved
 
     def addNotifier(self, notifier, initial_call=True, immediate_feedback=True):
         """Call `notifier(element)` at each change, or, without immediate feedback, when a change is saved; with
