@@ -1,5 +1,6 @@
 """Takes from the host modules what the chosen image does not have, before a plug-in can see it."""
 
+import functools
 import importlib
 import sys
 
@@ -13,18 +14,12 @@ def imitate(profile):
     for what in profile.missing:
         module, _, path = what.partition(":")
         if path:
-            _remove(importlib.import_module(module), path)
+            *owners, name = path.split(".")
+            delattr(functools.reduce(getattr, owners, importlib.import_module(module)), name)
         else:
             sys.modules[module] = None  # the import of such a module fails
     if "clearDB" not in profile.cache_methods:  # else it has the receiver's own, which can do everything
         importlib.import_module("enigma").eEPGCache = _cache_class(profile)
-
-
-def _remove(owner, path):
-    *owners, name = path.split(".")
-    for each in owners:
-        owner = getattr(owner, each)
-    delattr(owner, name)
 
 
 def _cache_class(profile):

@@ -15,7 +15,7 @@ class eListbox:
     """The widget and its content in one; plug-ins have them as `instance` and `l` of a list.
 
     paint -- makes a picture's `Row` of a row
-    selectable -- tells of a row whether the cursor may stand on it
+    selectable -- true for a row that the cursor may stand on
     wrap -- whether the cursor goes from the last row to the first
     """
 

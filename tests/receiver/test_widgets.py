@@ -398,7 +398,3 @@ class ConfigListTest(TvTest):
     def test_get_selection_choices(self):
         self.choice.value = "b"
         self.assertEqual(host("Components.ConfigList").getSelectionChoices(self.choice), ([("Anna", "a"), ("Bert", "b")], 1))
-
-    def test_rows_need_elements(self):
-        with self.assertRaises(AssertionError):
-            host("Components.ConfigList").ConfigList([("label", "no element")])

@@ -5,8 +5,7 @@ from functools import partial
 from Components.ActionMap import ActionMap
 from Components.ListComponent import ListComponent
 from Components.Sources.StaticText import StaticText
-from Components.config import (ConfigElement, ConfigYesNo, KEY_0, KEY_BACKSPACE, KEY_DELETE, KEY_LEFT, KEY_NUMBERS, KEY_RIGHT,
-                               KEY_TIMEOUT)
+from Components.config import ConfigYesNo, KEY_0, KEY_BACKSPACE, KEY_DELETE, KEY_LEFT, KEY_NUMBERS, KEY_RIGHT, KEY_TIMEOUT
 from Screens.MessageBox import MessageBox
 from enigma import eTimer
 from receiver import running
@@ -37,25 +36,12 @@ class ConfigList(ListComponent):
     """Rows are tuples (label, element, ...); getConfigListEntry makes them."""
 
     def __init__(self, list, session=None):
-        super().__init__(paint=_paint, selectable=lambda row: len(row) > 1)
+        super().__init__(list, paint=_paint, selectable=_element)
         self.session = session
         self._current = None
         self.timer = eTimer()
         self.timer.callback.append(lambda: self.handleKey(KEY_TIMEOUT))
         self.onSelectionChanged.append(self._handOver)
-        self.list = list
-
-    @property
-    def list(self):
-        return self._list
-
-    @list.setter
-    def list(self, rows):
-        self.timer.stop()
-        self._list = rows
-        self.l.setList(rows)
-        for row in rows:
-            assert isinstance(_element(row), (ConfigElement, type(None))), "no config element: %r" % (row,)
 
     def handleKey(self, key, callback=None):
         """Let the current element deal with a key; `callback` is called when that changed its value."""
@@ -87,18 +73,17 @@ class ConfigListScreen:
     def __init__(self, list, session=None, on_change=None):
         self.entryChanged = on_change or (lambda: None)
         config = self["config"] = ConfigList(list, session or self.session)
-        self._describes = running.gui.profile.describes_rows
-        if self._describes and "description" not in self:
-            self["description"] = StaticText()
+        config.native_keys.setEnabled(False)  # the list must not follow the arrows a second time
         self["navigationActions"] = ActionMap(["NavigationActions"], {
             "up": config.up, "down": config.down, "left": self.keyLeft, "right": self.keyRight,
             "pageUp": config.pageUp, "pageDown": config.pageDown, "top": config.moveTop, "bottom": config.moveEnd}, prio=1)
         self["editConfigActions"] = ActionMap(["SetupActions"], {
             "deleteBackward": partial(self._handleKey, KEY_BACKSPACE), "deleteForward": partial(self._handleKey, KEY_DELETE),
             **{str(digit): partial(self._handleKey, KEY_0 + digit) for digit in range(10)}}, prio=1)
-        config.native_keys.setEnabled(False)  # the list must not follow the arrows a second time
-        self.onLayoutFinish.append(self._describe)
-        config.onSelectionChanged.append(self._describe)
+        if running.gui.profile.describes_rows:
+            self["description"] = StaticText()
+            self.onLayoutFinish.append(self._describe)
+            config.onSelectionChanged.append(self._describe)
 
     def keyLeft(self):
         self._handleKey(KEY_LEFT)
@@ -136,10 +121,8 @@ class ConfigListScreen:
             self.entryChanged()
         else:
             self["config"].handleKey(key, self.entryChanged)
-        self._describe()
 
     def _describe(self):
         """Show the help text of the current row, which is its third field."""
-        if self._describes:
-            row = self["config"].getCurrent()
-            self["description"].text = row[2] if row is not None and len(row) > 2 and isinstance(row[2], str) else ""
+        row = self["config"].getCurrent()
+        self["description"].text = row[2] if row is not None and len(row) > 2 else ""

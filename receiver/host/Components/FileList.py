@@ -54,9 +54,6 @@ class FileList(ListComponent):
             rows += [_row(name, False, name) for name in names if name not in folders]
         return rows
 
-    def getSelectionIndex(self):
-        return self.getCurrentIndex()
-
     def getSelection(self):
         """(path, is a directory) of the row under the cursor; None in an empty list."""
         row = self.getCurrent()

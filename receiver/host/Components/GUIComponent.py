@@ -9,9 +9,6 @@ class Component:
     def setText(self, text):
         self.text = text
 
-    def getText(self):
-        return self.text
-
     def execBegin(self):
         """The screen runs."""
 

@@ -14,16 +14,17 @@ def _mover(name):
 class ListComponent(GUIComponent):
     """A list on the screen. Unless its screen says otherwise it follows the arrow keys by itself.
 
-    what -- how its rows are painted and which of them can be selected, see eListbox
+    look -- how its rows are painted and which of them can be selected, see eListbox
     """
 
     moveUp, moveDown, moveTop, moveEnd, pageUp, pageDown = map(_mover, MOVES)
     up, down = moveUp, moveDown
 
-    def __init__(self, **what):
-        self.l = self.instance = eListbox(**what)  # on boxes the rows are an object of their own
+    def __init__(self, list=(), **look):
+        self.l = self.instance = eListbox(**look)  # on boxes the rows are an object of their own
         self.onSelectionChanged = self.l.onMoved
         self.native_keys = ActionMap(["ListActions"], {name: getattr(self, name) for name in MOVES})
+        self.setList(list)
 
     def setList(self, list):
         self.list = list
@@ -38,6 +39,8 @@ class ListComponent(GUIComponent):
 
     def getCurrentIndex(self):
         return self.l.cursor
+
+    getSelectionIndex = getCurrentIndex
 
     def moveToIndex(self, index):
         self.instance.moveSelectionTo(index)

@@ -1,11 +1,3 @@
-"""A plain list to choose from."""
+"""A plain list to choose from: rows are texts, or tuples whose first field is the text."""
 
-from Components.ListComponent import ListComponent
-
-
-class MenuList(ListComponent):
-    """Rows are texts, or tuples whose first field is the text; `what` may say otherwise."""
-
-    def __init__(self, list, **what):
-        super().__init__(**what)
-        self.setList(list)
+from Components.ListComponent import ListComponent as MenuList  # noqa: F401

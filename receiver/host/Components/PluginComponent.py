@@ -31,10 +31,7 @@ class PluginComponent:
     def sessionStart(self, session):
         """Tell the plug-ins that want to know that there is a session now."""
         for plugin in self.getPlugins(PluginDescriptor.WHERE_SESSIONSTART):
-            try:
-                plugin(reason=0, session=session)
-            except Exception:
-                print(traceback.format_exc())
+            plugin(reason=0, session=session)
 
 
 plugins = PluginComponent()
