@@ -356,6 +356,11 @@ class ConfigListTest(TvTest):
         self.press("7")
         self.assertEqual(len(self.changes), changes)
 
+    def test_a_new_number_after_the_row_was_left(self):
+        self.go_to("Number")
+        self.press("4 down up 2")
+        self.assertEqual(self.number.value, 2)
+
     def test_a_new_number_after_the_pause(self):
         self.go_to("Number")
         self.press("4 wait:2s 2 wait:2s")

@@ -5,7 +5,7 @@ from functools import partial
 from Components.ActionMap import ActionMap
 from Components.ListComponent import ListComponent
 from Components.Sources.StaticText import StaticText
-from Components.config import ConfigYesNo, KEY_0, KEY_BACKSPACE, KEY_DELETE, KEY_LEFT, KEY_NUMBERS, KEY_RIGHT, KEY_TIMEOUT
+from Components.config import ConfigYesNo, KEY_0, KEY_BACKSPACE, KEY_DELETE, KEY_LEFT, KEY_RIGHT
 from Screens.MessageBox import MessageBox
 from enigma import eTimer
 from receiver import running
@@ -37,20 +37,17 @@ class ConfigList(ListComponent):
 
     def __init__(self, list, session=None):
         super().__init__(list, paint=_paint, selectable=_element)
-        self.session = session
-        self._current = None
-        self.timer = eTimer()
-        self.timer.callback.append(lambda: self.handleKey(KEY_TIMEOUT))
-        self.onSelectionChanged.append(self._handOver)
+        self._edited = None
+        self._timer = eTimer()
+        self._timer.callback.append(self._typingEnds)
+        self.onSelectionChanged.append(self._typingEnds)
 
     def handleKey(self, key, callback=None):
         """Let the current element deal with a key; `callback` is called when that changed its value."""
-        element = _element(self.getCurrent())
-        if element is None:
-            return
-        element.handleKey(key, callback)
-        if key in KEY_NUMBERS:
-            self.timer.start(NUMBER_ENTRY_MS, True)
+        self._edited = _element(self.getCurrent())
+        if self._edited is not None:
+            self._edited.handleKey(key, callback)
+            self._timer.start(NUMBER_ENTRY_MS, True)
 
     def elements(self):
         return [row[1] for row in self.list if len(row) > 1]
@@ -58,10 +55,9 @@ class ConfigList(ListComponent):
     def isChanged(self):
         return any(element.isChanged() for element in self.elements())
 
-    def _handOver(self):
-        if self._current is not None:
-            self._current.onDeselect(self.session)
-        self._current = _element(self.getCurrent())
+    def _typingEnds(self):
+        if self._edited is not None:
+            self._edited.endTyping()
 
 
 class ConfigListScreen:

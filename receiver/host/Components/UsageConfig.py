@@ -3,9 +3,9 @@ import contextlib
 import glob
 import os
 from functools import partial
-from importlib import import_module
 
 from Components.config import ConfigInteger, ConfigSelection, ConfigSelectionNumber, ConfigSubsection, ConfigText, ConfigYesNo
+from enigma import eEPGCache
 from receiver.data import env
 from receiver.profile import PROFILES
 
@@ -60,7 +60,7 @@ def InitUsageConfig(config, profile=PROFILES["full"]):
             _define(config, path, ELSEWHERE.get(path, make)())
     if "setSave" in profile.cache_methods:
         _define(config, "epg.saveepg", ConfigYesNo(default=True))
-        config.epg.saveepg.addNotifier(lambda element: _cache().setSave(element.value))
+        config.epg.saveepg.addNotifier(lambda element: eEPGCache.getInstance().setSave(element.value))
     if profile.key_functions:
         _define(config, "misc.hotkey.epg", ConfigText(default="Plugins/Extensions/GraphMultiEPG/1"))
     if profile.builds_cache_path:
@@ -78,17 +78,12 @@ def _define(config, path, element):
     setattr(config, name, element)
 
 
-def _cache():
-    """The cache as the image shows it; only once the GUI runs has it been chosen."""
-    return import_module("enigma").eEPGCache.getInstance()
-
-
 def _cache_file_chosen(element):
     """Tell the cache its file, at every change and saved or not. A directory means the usual name in it."""
     if os.path.isdir(element.value):
         element.value = os.path.join(element.value, "epg.dat")
     else:
-        _cache().setCacheFile(element.value)
+        eEPGCache.getInstance().setCacheFile(element.value)
 
 
 def _build_cache_path(misc):
@@ -105,8 +100,8 @@ def _build_cache_path(misc):
     def build(element):
         misc.epgcache_filename.value = path()
         misc.epgcache_filename.save()
-        _cache().setCacheFile(misc.epgcache_filename.value)
-        _cache().save()
+        eEPGCache.getInstance().setCacheFile(misc.epgcache_filename.value)
+        eEPGCache.getInstance().save()
         if misc.epgcachepath.value != etc:
             with contextlib.suppress(OSError):
                 os.unlink(etc + os.path.basename(path()))

@@ -2,7 +2,7 @@
 
 from receiver.data import env
 
-KEY_LEFT, KEY_RIGHT, KEY_DELETE, KEY_BACKSPACE, KEY_TIMEOUT = 0, 1, 3, 4, 9
+KEY_LEFT, KEY_RIGHT, KEY_DELETE, KEY_BACKSPACE = 0, 1, 3, 4
 KEY_NUMBERS = range(12, 22)
 KEY_0 = KEY_NUMBERS[0]
 
@@ -108,8 +108,8 @@ class ConfigElement:
             if notifier in notifiers:
                 notifiers.remove(notifier)
 
-    def onDeselect(self, session):
-        """The row was left."""
+    def endTyping(self):
+        """The next digit begins anew: there was a pause, or the row was left."""
 
 
 class ConfigYesNo(ConfigElement):
@@ -222,7 +222,7 @@ class ConfigInteger(ConfigElement):
         elif key in (KEY_DELETE, KEY_BACKSPACE):
             self._type(self.getText()[:-1])
         else:
-            self._typed = None
+            self.endTyping()
             self.value = {KEY_RIGHT: (self.value // self.step + 1) * self.step,
                           KEY_LEFT: -(-self.value // self.step + 1) * self.step}.get(key, self.value)
 
@@ -232,11 +232,11 @@ class ConfigInteger(ConfigElement):
             self.value = digits or 0
         self._typed = digits
 
-    def onDeselect(self, session):
+    def endTyping(self):
         self._typed = None
 
     def load(self):
-        self.onDeselect(None)
+        self.endTyping()
         super().load()
 
 

@@ -39,10 +39,7 @@ class SimpleChannelSelection(Screen):
         self._typed = ""
         self._typing = eTimer()
         self._typing.callback.append(self._typingEnds)
-        self.onLayoutFinish.append(self.layoutFinished)
-
-    def layoutFinished(self):
-        self.setModeTv()
+        self.onLayoutFinish.append(self.setModeTv)
 
     def getCurrentSelection(self):
         """The selected eServiceReference, or what this host has for none."""

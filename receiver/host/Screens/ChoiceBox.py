@@ -34,7 +34,7 @@ class ChoiceBox(Screen):
         self["list"].moveToIndex(selection)
         self["actions"] = ActionMap(["OkCancelActions", "NumberActions", "ColorActions", "MenuActions"], {
             "ok": self.go, "cancel": self.cancel, "menu": self.cancel, **{key: partial(self.goKey, key) for key in KEYS}}, prio=-1)
-        self.onLayoutFinish.append(self._prepare)
+        self.onLayoutFinish.append(self.shrinkList)
 
     def go(self):
         row = self["list"].getCurrent()
@@ -48,6 +48,3 @@ class ChoiceBox(Screen):
 
     def cancel(self):
         self.close(None)
-
-    def _prepare(self):
-        self.shrinkList("list")

@@ -24,7 +24,7 @@ class MessageBox(Screen):
         self["list"] = MenuList([("yes", True), ("no", False)] if type == self.TYPE_YESNO else [])
         self["list"].visible = type == self.TYPE_YESNO
         self["list"].moveToIndex(0 if default else 1)
-        self.onLayoutFinish.append(self._prepare)
+        self.onLayoutFinish.append(self.shrinkList)
         self["actions"] = ActionMap(["OkCancelActions"], {"ok": self.ok, "cancel": self.cancel}, -1)
         self.timer = eTimer()
         self.timer.callback.append(self.ok)
@@ -37,6 +37,3 @@ class MessageBox(Screen):
 
     def cancel(self):
         self.close(False)
-
-    def _prepare(self):
-        self.shrinkList("list")

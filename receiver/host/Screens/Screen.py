@@ -59,10 +59,10 @@ class Screen(dict):
             component.applyLayout(element)
         return True
 
-    def shrinkList(self, name):
-        """Make a pop-up as high as its list needs: lines without rows are taken out, and the screen is centred again."""
-        for box in (box for box in self.layout.boxes if box.component == name):
-            rows = len(self[name].l.rows) if self[name].visible else 0
+    def shrinkList(self):
+        """Make a pop-up as high as its "list" needs: lines without rows are taken out, and the screen is centred again."""
+        for box in (box for box in self.layout.boxes if box.component == "list"):
+            rows = len(self["list"].l.rows) if self["list"].visible else 0
             spare = max(0, box.height - rows * box.row_height)
             box.height -= spare
             self.layout.height -= spare
