@@ -46,10 +46,6 @@ class eListbox:
             for function in list(self.onMoved):
                 function()
 
-    def moveSelectionTo(self, index):
-        if 0 <= index < len(self.rows):
-            self.moveTo(index)
-
     def moveSelection(self, direction):
         """Move as one of this class's constants says. Rows that can't be selected are passed over."""
         step = 1 if direction in (self.moveDown, self.pageDown, self.moveTop) else -1

@@ -1,5 +1,7 @@
 """What boxes implement in C++ and show to Python as `enigma`."""
 
+from types import SimpleNamespace
+
 from receiver import running
 from receiver.data.env import eEnv  # noqa: F401 (offered from here, as the next ones)
 from receiver.data.epg_cache import eEPGCache  # noqa: F401
@@ -23,23 +25,11 @@ def getPrevAsciiCode():
     return ord(running.gui.actions.typed)
 
 
-class eSize:
-    """A size in pixels."""
-
-    def __init__(self, width, height):
-        self.width, self.height = lambda: width, lambda: height
-
-
-class eDesktop:
-    """The picture that the screens stand on."""
-
-    def size(self):
-        return eSize(*RESOLUTIONS[running.gui.resolution])
-
-
 def getDesktop(number):
-    """The TV's desktop, which is number 0."""
-    return eDesktop()
+    """The TV's desktop, which is number 0: it has a size in pixels."""
+    width, height = RESOLUTIONS[running.gui.resolution]
+    size = SimpleNamespace(width=lambda: width, height=lambda: height)
+    return SimpleNamespace(size=lambda: size)
 
 
 def quitMainloop(code):

@@ -463,7 +463,7 @@ class OperationErrorTest(TvTest):
 
     def test_at_the_screens_opening(self):
         self.press("exit")
-        del host("Components.config").config.usage.content["show_old_epg"]
+        del host("Components.config").config.usage.show_old_epg
         self.press("ok")
         self.assertMessage("show_old_epg")
         self.assertShows("Main menu")

@@ -71,7 +71,8 @@ class ConfigListScreen:
         config = self["config"] = ConfigList(list, session or self.session)
         config.native_keys.setEnabled(False)  # the list must not follow the arrows a second time
         self["navigationActions"] = ActionMap(["NavigationActions"], {
-            "up": config.up, "down": config.down, "left": self.keyLeft, "right": self.keyRight,
+            "up": config.up, "down": config.down,
+            "left": partial(self._handleKey, KEY_LEFT), "right": partial(self._handleKey, KEY_RIGHT),
             "pageUp": config.pageUp, "pageDown": config.pageDown, "top": config.moveTop, "bottom": config.moveEnd}, prio=1)
         self["editConfigActions"] = ActionMap(["SetupActions"], {
             "deleteBackward": partial(self._handleKey, KEY_BACKSPACE), "deleteForward": partial(self._handleKey, KEY_DELETE),
@@ -81,16 +82,10 @@ class ConfigListScreen:
             self.onLayoutFinish.append(self._describe)
             config.onSelectionChanged.append(self._describe)
 
-    def keyLeft(self):
-        self._handleKey(KEY_LEFT)
-
-    def keyRight(self):
-        self._handleKey(KEY_RIGHT)
-
     def keySelect(self):
         """OK, for screens that bind it: yes becomes no, and no yes."""
         if isinstance(_element(self["config"].getCurrent()), ConfigYesNo):
-            self.keyRight()
+            self._handleKey(KEY_RIGHT)
 
     def keySave(self):
         for element in self["config"].elements():
@@ -100,8 +95,7 @@ class ConfigListScreen:
     def keyCancel(self):
         """Leave; ask first if that loses a change."""
         if self["config"].isChanged():
-            self.session.openWithCallback(self.cancelConfirm, MessageBox, _("Really close without saving settings?"),
-                                          default=False)
+            self.session.openWithCallback(self.cancelConfirm, MessageBox, "Really close without saving settings?", default=False)
         else:
             self.close()
 

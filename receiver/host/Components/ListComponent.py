@@ -43,7 +43,8 @@ class ListComponent(GUIComponent):
     getSelectionIndex = getCurrentIndex
 
     def moveToIndex(self, index):
-        self.instance.moveSelectionTo(index)
+        if 0 <= index < len(self.l.rows):
+            self.l.moveTo(index)
 
     def execBegin(self):
         self.native_keys.execBegin()

@@ -27,56 +27,44 @@ def getConfigListEntry(*fields):
 class ConfigSubsection:
     """A branch of the tree. Its attributes are elements and further branches."""
 
-    def __init__(self):
-        self.__dict__.update(content={}, _root=None, _path="")
+    _texts = None  # of the tree that it is in: path -> stored text
+    _path = ""
 
     def __setattr__(self, name, value):
         assert isinstance(value, (ConfigElement, ConfigSubsection)), "%s: neither element nor branch" % name
-        self.content[name] = value
-        if self._root is not None:
-            self._root.adopt("%s.%s" % (self._path, name), value)
+        vars(self)[name] = value
+        if self._texts is not None:
+            value.enter("%s.%s" % (self._path, name), self._texts)
 
-    def __getattr__(self, name):
-        try:
-            return self.__dict__["content"][name]
-        except KeyError:
-            raise AttributeError(name) from None
+    def _nodes(self):
+        """(path, element or branch) of what is in it."""
+        return [("%s.%s" % (self._path, name), node) for name, node in vars(self).items() if not name.startswith("_")]
+
+    def enter(self, path, texts):
+        """Learn its place in a tree, as all that is below."""
+        vars(self).update(_path=path, _texts=texts)
+        for path, node in self._nodes():
+            node.enter(path, texts)
 
     def elements(self):
         """(path, element) of all that is below."""
-        for name, node in self.content.items():
-            if isinstance(node, ConfigSubsection):
-                yield from node.elements()
-            else:
-                yield "%s.%s" % (self._path, name), node
+        for path, node in self._nodes():
+            yield from node.elements() if isinstance(node, ConfigSubsection) else [(path, node)]
 
 
 class Config(ConfigSubsection):
-    """The root: knows the stored texts and hands them out to elements as they are put into the tree."""
+    """The root. Elements take their stored texts as they are put into the tree."""
 
     def __init__(self):
-        super().__init__()
-        self.__dict__.update(_root=self, _path="config", texts={})
+        self.enter("config", {})
         self.misc = ConfigSubsection()
-
-    def adopt(self, path, node):
-        """Tell a node that came into the tree its place, and its stored text when there is one."""
-        if isinstance(node, ConfigSubsection):
-            node.__dict__.update(_root=self, _path=path)
-            for name, child in node.content.items():
-                self.adopt("%s.%s" % (path, name), child)
-            return
-        node.path = path
-        if path in self.texts:
-            node.saved_value = self.texts[path]
-            node.load()
 
 
 class ConfigFile:
     """The settings file. on_failure -- is told, as a text for the user, that it was not saved"""
 
     def __init__(self, tree):
-        self._tree = tree
+        self._tree, self._texts = tree, tree._texts
         self._lines = []
         self._unreadable = None  # why the file could not be read: nobody knows what it holds, so it is not overwritten
         self.on_failure = lambda text: None
@@ -95,11 +83,12 @@ class ConfigFile:
         """Of a key that is there twice the last counts."""
         self._lines = lines
         pairs = (line.rstrip("\r").partition("=") for line in lines)
-        self._tree.__dict__["texts"] = {key: text for key, equals, text in pairs if equals}
+        self._texts.clear()
+        self._texts.update((key, text) for key, equals, text in pairs if equals)
 
     def isChanged(self):
         """Whether `save` would change what the file says about any element."""
-        return any(self._tree.texts.get(path) != element.saved_value for path, element in self._tree.elements())
+        return any(self._texts.get(path) != element.saved_value for path, element in self._tree.elements())
 
     def save(self):
         """Write what `save()` of the elements left, and every line that no element claims. True on success; a failure costs

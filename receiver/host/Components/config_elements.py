@@ -68,6 +68,13 @@ class ConfigElement:
         if callback and self.value != before:
             callback()
 
+    def enter(self, path, texts):
+        """Learn its place in a tree, and its stored text if there is one."""
+        self.path = path
+        if path in texts:
+            self.saved_value = texts[path]
+            self.load()
+
     def load(self):
         """Take the saved text, or the default. Text that has no meaning is reported and stays until the next save()."""
         value = self.default
