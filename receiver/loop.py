@@ -47,15 +47,15 @@ class eTimer:
 
     def __init__(self):
         self.callback = []
-        self._handle = None
+        self._handle = self._again = None
         running.gui.timers.add(self)
 
     def start(self, msec, singleShot=False):
         """Fire in `msec` milliseconds, once or again and again; 0 and less mean the loop's next turn."""
         self.stop()
         # At least a millisecond between two, or a loop whose clock only moves when idle would never get on.
-        self._interval = None if singleShot else max(0.001, msec / 1000.0)
-        self._arm(running.gui.loop.time() + max(0.0, msec / 1000.0))
+        self._again = None if singleShot else max(1, msec)
+        self._handle = running.gui.loop.call_later(max(0, msec) / 1000, _fire, weakref.ref(self))
 
     def stop(self):
         if self.isActive():
@@ -65,14 +65,11 @@ class eTimer:
     def isActive(self):
         return self._handle is not None
 
-    def _arm(self, due):
-        self._due = due
-        self._handle = running.gui.loop.call_at(due, _fire, weakref.ref(self))
-
-    def _timeout(self):
+    def timeout(self):
+        """What the loop calls when the time has come."""
         self._handle = None
-        if self._interval is not None:
-            self._arm(self._due + self._interval)
+        if self._again is not None:
+            self.start(self._again)
         for function in list(self.callback):
             if not running.gui.guard(function):
                 break
@@ -81,4 +78,4 @@ class eTimer:
 def _fire(reference):
     timer = reference()
     if timer is not None:
-        timer._timeout()
+        timer.timeout()

@@ -185,15 +185,6 @@ class Number(BoxTest):
         press(self.element, "5")
         self.assertEqual(self.element.value, 5)
 
-    def test_a_number_below_the_limit_counts_only_when_it_is_complete(self):
-        element = host.ConfigInteger(default=30, limits=(10, 99))
-        self.assertEqual(press(element, "4"), 0)
-        self.assertEqual((element.value, element.getText()), (30, "4"))
-        press(element, "2")
-        self.assertEqual(element.value, 42)
-        press(element, PAUSE, "4", PAUSE)
-        self.assertEqual(element.getText(), "42")
-
     def test_assigned_values_stay_within_the_limits(self):
         self.element.value = 99999
         self.assertEqual(self.element.value, 1440)

@@ -322,8 +322,7 @@ class ConfigListTest(TvTest):
             def __init__(self, session):
                 Screen.__init__(self, session)
                 ConfigListScreen.__init__(self, rows, session=session, on_change=lambda: changes.append(1))
-                self["keys"] = host("Components.ActionMap").ActionMap(["SetupActions"], {"cancel": self.keyCancel,
-                                                                                       "ok": self.keySave}, -1)
+                self["keys"] = host("Components.ActionMap").ActionMap(["SetupActions"], {"cancel": self.keyCancel}, -1)
                 self.setTitle("Settings")
 
         self.results = self.open(Settings)

@@ -87,11 +87,6 @@ class ConfigListScreen:
         if isinstance(_element(self["config"].getCurrent()), ConfigYesNo):
             self._handleKey(KEY_RIGHT)
 
-    def keySave(self):
-        for element in self["config"].elements():
-            element.save()
-        self.close()
-
     def keyCancel(self):
         """Leave; ask first if that loses a change."""
         if self["config"].isChanged():

@@ -12,8 +12,7 @@ PACKAGE = "Plugins.Extensions.Veltro"
 
 
 class PluginComponent:
-    def __init__(self):
-        self.plugins = []
+    plugins = []
 
     def readPluginList(self):
         """Import the plug-in and ask it for its descriptors. One that fails costs a trace, not the GUI."""

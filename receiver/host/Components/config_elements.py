@@ -35,7 +35,7 @@ class ConfigElement:
 
     def fromstring(self, text):
         """The value of a stored text; ValueError when there is none."""
-        return text
+        return self.normalize(text)
 
     def getText(self):
         """What the row shows."""
@@ -201,50 +201,36 @@ class ConfigSelectionNumber(ConfigSelection):
 
 
 class ConfigInteger(ConfigElement):
-    """A whole number within limits. Digits type it, LEFT and RIGHT move it by `step` (to a multiple of it). Unlike the
+    """A whole number up to a limit. Digits type it, LEFT and RIGHT move it by `step` (to a multiple of it). Unlike the
     zero-padded fields of boxes it shows the plain number."""
+
+    _typing = False  # whether the next digit goes on with the number
 
     def __init__(self, default, limits=(0, 9999999999), step=1):
         self.limits, self.step = limits, step
-        self._typed = None             # digits typed so far; None: the next digit starts a new number
         super().__init__(default)
 
     def normalize(self, value):
         return min(max(int(value), self.limits[0]), self.limits[1])
 
-    def fromstring(self, text):
-        return self.normalize(text)
-
-    def getText(self):
-        return self._typed or str(self.value)
-
     def marked(self):
-        return () if self._typed else tuple(range(len(self.getText())))
+        return () if self._typing else tuple(range(len(self.getText())))
 
     def applyKey(self, key):
         if key in KEY_NUMBERS:
-            digit = str(getKeyNumber(key))
-            number = int((self._typed or "") + digit)
-            self._type(str(number) if number <= self.limits[1] else digit)
+            digit = getKeyNumber(key)
+            number = self.value * 10 + digit if self._typing else digit
+            self.value = number if number <= self.limits[1] else digit
         elif key in (KEY_DELETE, KEY_BACKSPACE):
-            self._type(self.getText()[:-1])
-        else:
-            self.endTyping()
-            self.value = {KEY_RIGHT: (self.value // self.step + 1) * self.step,
-                          KEY_LEFT: -(-self.value // self.step + 1) * self.step}.get(key, self.value)
-
-    def _type(self, digits):
-        """Show these digits. They count as soon as they are a number within the limits."""
-        if self.limits[0] <= int(digits or 0) <= self.limits[1]:
-            self.value = digits or 0
-        self._typed = digits
+            self.value //= 10
+        elif key == KEY_RIGHT:
+            self.value = (self.value // self.step + 1) * self.step
+        elif key == KEY_LEFT:
+            self.value = -(-self.value // self.step + 1) * self.step
+        self._typing = key not in (KEY_LEFT, KEY_RIGHT)
 
     def endTyping(self):
-        self._typed = None
-
-    def load(self):
-        self.endTyping()
-        super().load()
+        self._typing = False
 
 
 class ConfigText(ConfigElement):
