@@ -9,7 +9,7 @@ quick_host  the host on which it is measured
 measure     clocks, repetition and memory
 count       instructions
 __main__    one interpreter's table
-in_hosts    the figures from real GUIs
+in_hosts    the figures from real GUIs, and in_gui what runs in them
 
 Needs Python 2.7 or 3 alone; valgrind and Cython add their columns.
 """

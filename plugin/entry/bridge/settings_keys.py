@@ -8,6 +8,7 @@ from __future__ import absolute_import, print_function
 
 import time
 import traceback
+from functools import partial
 
 import enigma
 from Components import config as host
@@ -53,16 +54,11 @@ class SettingsKeys(object):
     def __init__(self, *arguments, **keywords):
         super(SettingsKeys, self).__init__(*arguments, **keywords)
         if _bind():
-            handlers = {"leave": self.keyCancel, "select": self.selectRow, "choices": self.offerChoices}
-            handlers.update((str(number), self._digit(number)) for number in range(10))
-            show = guard.show_in(self.session)
-            self["veltro_keys"] = ActionMap(
-                [CONTEXT], dict((name, guard.guarded(handler, show)) for name, handler in handlers.items()), PRIORITY)
-
-    def _digit(self, number):
-        def typed():
-            return self.typeDigit(number)
-        return typed
+            leave, select, choices, digit = [guard.guarded(handler, guard.show_in(self.session)) for handler in (
+                self.keyCancel, self.selectRow, self.offerChoices, self.typeDigit)]
+            handlers = {"leave": leave, "select": select, "choices": choices}
+            handlers.update((str(number), partial(digit, number)) for number in range(10))
+            self["veltro_keys"] = ActionMap([CONTEXT], handlers, PRIORITY)
 
     def selectRow(self):
         """OK on a yes/no row does what it does in the host's own setup; a number that is typed needs no list."""
