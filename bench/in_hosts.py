@@ -42,7 +42,7 @@ def measure(folder, kit, plugin):
 
 
 def table(kit, seconds, rows):
-    """Medians of runs that take turns, in microseconds; the ratio is the median of the ratios run by run."""
+    """Medians of runs that take turns, in microseconds of the processor; the ratio is the median of the ratios run by run."""
     print("\n## In the real GUI %s\n\n| | ours (%d rows) | the host's own (%d rows) | ratio | by row |\n| --- | ---: | ---: | ---: | ---: |"
           % (kit, rows["ours"], rows["host"]))
     for title, key, who in (line if len(line) == 3 else line + ("ours",) for line in LINES):
