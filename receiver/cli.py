@@ -2,6 +2,8 @@
 
 import asyncio
 import contextlib
+import fcntl
+import hashlib
 import logging
 import os
 import shutil
@@ -10,16 +12,24 @@ import subprocess
 import sys
 from pathlib import Path
 
-from receiver import text_tv
 from receiver.app import Receiver
+from receiver.data import env
 from receiver.layout import RESOLUTIONS
 from receiver.loop import VirtualLoop
-from receiver.options import UsageError, open_box, parse
+from receiver.options import UsageError, check_folder, parse
+from receiver.places import HERE
 from receiver.profile import PROFILES
+
+SAMPLE = HERE / "sample"
+
+
+# What shows the TV is imported where it is needed: each of the ways has a library that takes a while.
 
 
 def run_script(receiver, options):
     """Press the keys on a clock of the receiver's own, and print what the TV shows or write it as a PNG."""
+    from receiver import text_tv
+
     def show(heading=""):
         print(heading + text_tv.text(receiver.picture(), *(options.size or (100, 37))))
 
@@ -69,6 +79,40 @@ def run_browser(receiver, port):
                              stderr=subprocess.DEVNULL, start_new_session=True)
 
     server.run(port, ready)
+
+
+@contextlib.contextmanager
+def open_box(chosen):
+    """(etc, root) of the receiver's box for a folder given with --etc, or for None. No other receiver gets it meanwhile.
+
+    UsageError when another one has it, or when it can't be made.
+    """
+    boxes = Path(os.environ.get("VELTRO_BOXES") or HERE.parent / "build" / "box")
+    try:
+        if chosen is None:
+            root = boxes / "sample"
+            etc = root / "etc" / "enigma2"
+            if not etc.exists():
+                shutil.copytree(SAMPLE, etc)
+        else:
+            check_folder(chosen)
+            etc = Path(chosen).resolve()
+            root = boxes / ("%s-%s" % (etc.name, hashlib.sha256(os.fsencode(etc)).hexdigest()[:8]))
+        env.configure(etc, root)
+        lock = os.open(etc, os.O_RDONLY | os.O_DIRECTORY)
+    except OSError as error:
+        raise UsageError("the box's folder can't be made: %s: %s" % (error.filename, error.strerror)) from error
+    try:
+        fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except BlockingIOError:
+        os.close(lock)
+        raise UsageError("another receiver has this folder: %s" % etc) from None
+    except OSError:
+        pass  # a file system without locks
+    try:
+        yield str(etc), str(root)
+    finally:
+        os.close(lock)
 
 
 def run(options):

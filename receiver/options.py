@@ -3,23 +3,15 @@ script/run can answer before anything is installed or built.
 """
 
 import argparse
-import contextlib
-import fcntl
-import hashlib
 import itertools
 import os
 import re
-import shutil
 import sys
-from pathlib import Path
 
 from receiver.actions import KEYS
-from receiver.data import env
 from receiver.layout import RESOLUTIONS
-from receiver.places import HERE
 from receiver.profile import PROFILES
 
-SAMPLE = HERE / "sample"
 LISTS = ("lamedb", "lamedb5", "bouquets.tv", "bouquets.radio")
 HELP_SHOWN = 10  # exit code for script/run: there is nothing more to do
 NEARBY = 500  # folders to look at for lists
@@ -159,40 +151,6 @@ def _lists_near(folder):
     below = (place for place, _, _ in os.walk(folder))
     places = [*itertools.islice(below, NEARBY), os.path.dirname(os.path.abspath(folder))]
     return next(filter(_has_lists, places), None)
-
-
-@contextlib.contextmanager
-def open_box(chosen):
-    """(etc, root) of the receiver's box for a folder given with --etc, or for None. No other receiver gets it meanwhile.
-
-    UsageError when another one has it, or when it can't be made.
-    """
-    boxes = Path(os.environ.get("VELTRO_BOXES") or HERE.parent / "build" / "box")
-    try:
-        if chosen is None:
-            root = boxes / "sample"
-            etc = root / "etc" / "enigma2"
-            if not etc.exists():
-                shutil.copytree(SAMPLE, etc)
-        else:
-            check_folder(chosen)
-            etc = Path(chosen).resolve()
-            root = boxes / ("%s-%s" % (etc.name, hashlib.sha256(os.fsencode(etc)).hexdigest()[:8]))
-        env.configure(etc, root)
-        lock = os.open(etc, os.O_RDONLY | os.O_DIRECTORY)
-    except OSError as error:
-        raise UsageError("the box's folder can't be made: %s: %s" % (error.filename, error.strerror)) from error
-    try:
-        fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
-    except BlockingIOError:
-        os.close(lock)
-        raise UsageError("another receiver has this folder: %s" % etc) from None
-    except OSError:
-        pass  # a file system without locks
-    try:
-        yield str(etc), str(root)
-    finally:
-        os.close(lock)
 
 
 def main():

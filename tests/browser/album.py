@@ -12,7 +12,7 @@ import sys
 import tempfile
 from pathlib import Path
 
-from receiver import options
+from receiver import cli, options
 from receiver.app import Receiver
 from receiver.loop import VirtualLoop
 from receiver.web import camera, html
@@ -27,7 +27,7 @@ def main(folder):
     folder.mkdir(parents=True, exist_ok=True)
     with camera.browser() as browser, tempfile.TemporaryDirectory() as root:
         etc = Path(root) / "etc" / "enigma2"
-        shutil.copytree(options.SAMPLE, etc)
+        shutil.copytree(cli.SAMPLE, etc)
         (etc / "blacklist_dvb_epg").write_text("".join("#SERVICE %s\n" % reference for reference in BLACKLIST))
         with played(etc, root, SAVED):
             pass

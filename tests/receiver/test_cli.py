@@ -11,10 +11,10 @@ import unittest
 from pathlib import Path
 from unittest import mock
 
-from receiver import options
+from receiver import cli
 from tests.receiver.tv import TvTest, run_cli
 
-ROOT = options.HERE.parent
+ROOT = cli.HERE.parent
 
 
 class CommandLineTest(TvTest):
@@ -61,7 +61,7 @@ class CommandLineTest(TvTest):
         with tempfile.TemporaryDirectory() as folder:
             with mock.patch.dict(os.environ, VELTRO_BOXES=folder):
                 for number in range(2):
-                    with options.open_box(None) as (etc, root):
+                    with cli.open_box(None) as (etc, root):
                         path = Path(etc)
                         self.assertEqual((path / "settings").exists(), bool(number))
                         (path / "settings").write_text("kept")
@@ -98,7 +98,7 @@ class RefusalTest(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             self.assertIn("no channel lists in %s: neither lamedb nor bouquets.tv\n" % folder, self.refused("--etc", folder))
             place = Path(folder) / "usr" / "enigma2"
-            shutil.copytree(options.SAMPLE, place)
+            shutil.copytree(cli.SAMPLE, place)
             self.assertIn("there are some in %s\n" % place, self.refused("--etc", folder))
             (place / "backup").mkdir()
             self.assertIn("there are some in %s\n" % place, self.refused("--etc", str(place / "backup")))
@@ -164,6 +164,13 @@ class ProcessTest(TvTest):
                                     env={"PATH": "/nowhere:" + str(self.links("dirname", "readlink"))})
             self.assertEqual(result.returncode, code, result.stderr)
             self.assertIn("usage:" if code == 0 else "script/run: ", result.stdout + result.stderr)
+
+    def test_the_script_says_what_it_does_before_it_takes_long(self):
+        """Before anything is installed or built, which can't be done here."""
+        result = subprocess.run(["/bin/bash", str(ROOT / "script" / "run")], capture_output=True, text=True,
+                                env={"PATH": "/nowhere:" + str(self.links("dirname", "readlink"))})
+        self.assertNotEqual(result.returncode, 0)
+        self.assertTrue(result.stderr.startswith("script/run: starting the receiver ...\n"), result.stderr)
 
     def links(self, *programs):
         """A folder with these programs alone."""

@@ -10,7 +10,7 @@ import subprocess
 import sys
 from unittest import mock
 
-from receiver import options
+from receiver import cli
 
 from receiver.data import env, walls
 from receiver.data.bouquets import read_bouquets
@@ -172,7 +172,7 @@ class GivenFolderTest(TvTest):
     def setUp(self):
         super().setUp()
         self.etc = self.root.parent / "box settings"
-        shutil.copytree(options.SAMPLE, self.etc)
+        shutil.copytree(cli.SAMPLE, self.etc)
         (self.etc / "epg.dat").write_bytes(FOREIGN)
         self.thesis = self.root.parent / "thesis.txt"
         self.thesis.write_text("years of work")
@@ -285,12 +285,12 @@ class BigBouquetTest(TvTest):
         for keys in ("", "down*15 ok blue ok down*3 exit exit down*4 ok"):
             program = ("import resource\nfrom receiver import cli\ncli.main()\n"
                        "print(resource.getrusage(resource.RUSAGE_SELF).ru_maxrss)\n")
-            etc = str(self.etc) if keys else str(options.SAMPLE)
+            etc = str(self.etc) if keys else str(cli.SAMPLE)
             if not keys:
                 etc = str(self.root / "sample")
-                shutil.copytree(options.SAMPLE, etc)
+                shutil.copytree(cli.SAMPLE, etc)
             result = subprocess.run([sys.executable, "-c", program, "--etc", etc, "--keys", keys],
-                                    cwd=options.HERE.parent, capture_output=True, text=True, check=True)
+                                    cwd=cli.HERE.parent, capture_output=True, text=True, check=True)
             peaks.append(int(result.stdout.split()[-1]) / 1024)
         self.assertLess(peaks[1] - peaks[0], 50, "MB more than with a small list")
         self.assertLess(max(path.stat().st_size for path in self.root.parent.rglob("epg.dat")), 5 << 20)
@@ -298,10 +298,10 @@ class BigBouquetTest(TvTest):
 
 class LockTest(TvTest):
     def test_two_receivers_on_one_folder(self):
-        with options.open_box(str(self.etc)) as box:
+        with cli.open_box(str(self.etc)) as box:
             code, out, err = run_cli("--etc", os.path.join(str(self.etc), "..", "enigma2"), "--keys", "")
             self.assertEqual((code, out, err), (2, "", "script/run: another receiver has this folder: %s\n" % self.etc.resolve()))
-            with options.open_box(None) as other:
+            with cli.open_box(None) as other:
                 self.assertNotEqual(other[1], box[1])
-        with options.open_box(str(self.etc)) as again:
+        with cli.open_box(str(self.etc)) as again:
             self.assertEqual(again, box)
