@@ -53,6 +53,14 @@ class WindowTest(PageTest):
     def test_picture_and_keys_are_within_reach(self):
         self.check()
 
+    def test_rows_are_large_enough_for_fingers(self):
+        for width, height in (1024, 600), (1024, 768), (1180, 820), (1366, 1024), (1920, 1080):
+            with self.subTest(window="%dx%d" % (width, height)):
+                self.use_fingers(width, height)
+                self.assertEqual(self.js(CHECK, SMALLEST_TEXT), [])
+                rows = self.js("return [...document.querySelectorAll('.row')].map(row => row.getBoundingClientRect().height)")
+                self.assertGreaterEqual(min(rows), 24)
+
     def test_with_the_console_open_too(self):
         self.driver.find_element("css selector", "summary").click()
         self.check("the selected row is out of sight")
