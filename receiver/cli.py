@@ -67,18 +67,17 @@ def run_browser(receiver, port):
     """The TV in a browser, which is opened if there is a desktop."""
     from aiohttp.http_exceptions import HttpProcessingError
     from receiver.web.server import Server
-    server = Server(receiver)
     # What is no request (https, a port scan) is answered, and not worth a trace.
     logging.getLogger("aiohttp.server").addFilter(
         lambda record: not (record.exc_info and isinstance(record.exc_info[1], HttpProcessingError)))
 
-    def ready():
-        print("The TV is at %s   Ctrl-C ends it" % server.address, flush=True)
+    def ready(address):
+        print("The TV is at %s   Ctrl-C ends it" % address, flush=True)
         if (os.environ.get("DISPLAY") or os.environ.get("WAYLAND_DISPLAY")) and shutil.which("xdg-open"):
-            subprocess.Popen(["xdg-open", server.address], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+            subprocess.Popen(["xdg-open", address], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                              stderr=subprocess.DEVNULL, start_new_session=True)
 
-    server.run(port, ready)
+    Server(receiver).run(port, ready)
 
 
 @contextlib.contextmanager

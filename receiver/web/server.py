@@ -52,15 +52,11 @@ class Server:
         self._turn = asyncio.Lock()  # of who presses a key
         self._frame = None
 
-    @property
-    def address(self):
-        return "http://%s:%d" % (HOST, self.port)
-
     def run(self, port, ready):
         """Serve until a signal comes: it switches the receiver off in good order. UsageError when the port is taken.
 
         port -- the port to listen on; None for the usual one, or a free one if that is taken
-        ready -- called when pages can be opened
+        ready -- called with the TV's address when pages can be opened
         """
         listener = listen(port)
         self.port = listener.getsockname()[1]
@@ -70,10 +66,10 @@ class Server:
         application.on_startup.append(self._start)
         application.on_shutdown.append(self._end)
         web.run_app(application, sock=listener, loop=self.receiver.loop, shutdown_timeout=GOODBYE_SECONDS, access_log=None,
-                    print=lambda text: ready())
+                    print=lambda text: ready("http://%s:%d" % (HOST, self.port)))
 
     async def _start(self, application):
-        self.receiver.loop.add_signal_handler(signal.SIGHUP, _leave)  # the library does the same for the others
+        self.receiver.loop.add_signal_handler(signal.SIGHUP, signal.raise_signal, signal.SIGINT)  # which the library knows
         self.receiver.on_change = self._changed
         self.receiver.switch_on()
 
@@ -159,7 +155,7 @@ class Server:
         hosts = [name + ("" if self.port == 80 else ":%d" % self.port) for name in (HOST, "localhost")]
         origin = request.headers.get("Origin")
         if request.host not in hosts or origin not in (None, "http://" + request.host):
-            raise web.HTTPForbidden(text="Only for pages of %s\n" % self.address)
+            raise web.HTTPForbidden(text="Only for the receiver's own pages\n")
         return await handler(request)
 
     async def _document(self, request):
@@ -196,10 +192,6 @@ class _Page(web.WebSocketResponse):
 
 async def _set_headers(request, response):
     response.headers.update(HEADERS)
-
-
-def _leave():
-    raise web.GracefulExit
 
 
 def listen(port=None):
