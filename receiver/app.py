@@ -87,13 +87,8 @@ class Receiver:
             self.is_on = False
             self.on_change()
 
-    def press(self, key):
-        """Press and release a key, one of receiver.actions.KEYS."""
-        self.key(key, MAKE)
-        self.key(key, BREAK)
-
-    def hold(self, key, repeats):
-        """Keep a key pressed until it has repeated that often, then release it."""
+    def press(self, key, repeats=0):
+        """Press a key, one of receiver.actions.KEYS, keep it down until it has repeated that often, and release it."""
         self.key(key, MAKE)
         for _ in range(repeats):
             self.key(key, REPEAT)

@@ -125,7 +125,7 @@ def _parse_word(word):
 
     def step(receiver):
         for _ in range(presses):
-            receiver.hold(press[2], repeats)
+            receiver.press(press[2], repeats)
             receiver.loop.settle()
     return step
 

@@ -8,8 +8,7 @@ from Components.MenuList import MenuList
 from Screens.Screen import Screen
 from receiver.picture import Row
 
-COLORS = ["red", "green", "yellow", "blue"]
-KEYS = [*"1234567890", *COLORS]
+KEYS = [*"1234567890", "red", "green", "yellow", "blue"]
 
 
 def _paint(row):

@@ -2,10 +2,9 @@
 
 import os
 
-from receiver.data import env
-from receiver.places import HERE, PLUGIN_FOLDERS
+from receiver.places import HERE
 
-SCOPE_CONFIG, SCOPE_SKIN, SCOPE_PLUGINS = env.ETC, str(HERE / "skin"), str(PLUGIN_FOLDERS[0].parent)
+SCOPE_SKIN = str(HERE / "skin")
 
 
 def resolveFilename(scope, base=""):

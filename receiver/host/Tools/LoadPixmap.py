@@ -1,7 +1,5 @@
-"""Pictures of plug-ins. The receiver's picture has none, so a path is all that is kept of one."""
-
-import os
+"""Pictures of plug-ins."""
 
 
-def LoadPixmap(path, desktop=None, cached=None, width=0, height=0):
-    return path if os.path.exists(path) else None
+def LoadPixmap(path, desktop=None):
+    """None, as for a picture that can't be read: the receiver shows none."""
