@@ -2,7 +2,7 @@
 
 import xml.etree.ElementTree as ElementTree
 
-from receiver.picture import HEIGHT, WIDTH, Element, ScreenView
+from receiver.picture import HEIGHT, WIDTH, Box, ScreenView
 
 RESOLUTIONS = {"hd": (WIDTH, HEIGHT), "fhd": (1920, 1080)}
 
@@ -44,7 +44,7 @@ class Skin:
             raise ValueError("a widget has neither name nor source")
         transparent = get("transparent") == "1" or get("backgroundColor") is None
         font, _, font_size = get("font", "Regular;20").rpartition(";")
-        return Element(
+        return Box(
             "panel", *_place(xml, (layout.width, layout.height)), text=get("text", ""), font=font, font_size=int(font_size),
             foreground=self.color(get("foregroundColor", "#ffffff")),
             background=None if transparent else self.color(get("backgroundColor")), halign=get("halign", "left"),

@@ -4,7 +4,7 @@ Coordinates are pixels of the skin's resolution, from the picture's top left cor
 "#rrggbbaa" where the skin asks for transparency (aa 00 is invisible, as in CSS).
 """
 
-from dataclasses import dataclass, field, fields, replace
+from dataclasses import dataclass, replace
 
 WIDTH, HEIGHT = 1280, 720
 
@@ -24,9 +24,11 @@ class Row:
 
 @dataclass
 class Box:
-    """A rectangle of the picture with its text.
+    """A rectangle of the picture with its text, or with its list; in a layout, which nothing is in yet, it stands where it is
+    in the screen.
 
-    `role` is the widget's name in the screen ("status", "key_red" ...); "title" for titles, "panel" for plain shapes.
+    `role` is the widget's name in the screen ("status", "key_red" ...); "title" for titles, "panel" for plain shapes. `rows`
+    are the visible rows of a list, the first of them is row `first` of `total`; None for what is no list.
     """
 
     role: str
@@ -42,13 +44,7 @@ class Box:
     halign: str = "left"
     valign: str = "top"
     wrap: bool = True
-
-
-@dataclass
-class ListBox(Box):
-    """A list: `rows` are the visible ones, the first of them is row `first` of `total`."""
-
-    rows: list = field(default_factory=list)
+    rows: list = None
     first: int = 0
     total: int = 0
     selected: int = 0
@@ -56,18 +52,8 @@ class ListBox(Box):
     selected_foreground: str = "#ffffff"
     selected_background: str = "#2255aa"
     scrollbar: bool = False
-
-
-@dataclass
-class Element(ListBox):
-    """A shape or widget of a screen's layout: a box that nothing is in yet. It stands where it is in the screen.
-
-    `component` names what it shows in the screen, None for a plain shape; `source` tells that the skin asks for a source
-    (source= and render=), not for a widget (name=).
-    """
-
-    component: str = None
-    source: bool = False
+    component: str = None   # what of the screen's it shows, None for a plain shape
+    source: bool = False    # whether that is a source (source= and render=), not a widget (name=)
     z: int = 0
 
 
@@ -121,20 +107,16 @@ def view(layout, title, components):
 
 def _box(element, layout, components):
     box = replace(element, x=layout.x + element.x, y=layout.y + element.y)
-    if element.component is None:
-        return _plain(box)
-    component = components.get(element.component)
+    if box.component is None:
+        return box
+    component = components.get(box.component)
     if component is None or not getattr(component, "visible", True):
         return None
-    box.role = "title" if element.component == "Title" else element.component
+    box.role = "title" if box.component == "Title" else box.component
     listbox = getattr(component, "instance", None)
     if listbox is None:
         box.text = component.text
-        return _plain(box)
-    box.text, box.rows, box.first = "", list(listbox.visible()), listbox.first
-    box.total, box.selected = len(listbox.rows), listbox.cursor
+    else:
+        box.text, box.rows, box.first = "", list(listbox.visible()), listbox.first
+        box.total, box.selected = len(listbox.rows), listbox.cursor
     return box
-
-
-def _plain(box):
-    return Box(*(getattr(box, each.name) for each in fields(Box)))

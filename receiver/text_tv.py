@@ -13,8 +13,6 @@ from prompt_toolkit.layout.screen import Screen, WritePosition
 from prompt_toolkit.utils import get_cwidth
 from prompt_toolkit.widgets import Frame
 
-from receiver.picture import ListBox
-
 SMALLEST = (20, 6)
 KEYS = {"key_red": ("R", "#e5383b"), "key_green": ("G", "#2fa84f"), "key_yellow": ("Y", "#f2b705"),
         "key_blue": ("B", "#3a86ff")}
@@ -110,7 +108,7 @@ class _ScreenDrawer:
             if box.width * self.horizontal >= 2:  # one that is narrower is too small for cells
                 yield self.panel(box)
         for box in view.boxes:
-            if isinstance(box, ListBox):
+            if box.rows is not None:
                 yield from self.list(box)
             elif box.text:
                 yield self.label(box)

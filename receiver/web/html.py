@@ -9,7 +9,6 @@ from pathlib import Path
 import jinja2
 
 from receiver.actions import KEYS
-from receiver.picture import ListBox
 
 PAGE = Path(__file__).resolve().parent / "page"
 CONSOLE_LINES = 200
@@ -52,7 +51,7 @@ def fragment(picture, console=()):
         return "left:%s;top:%s;width:%s;height:%s" % tuple(map(length, (box.x - x, box.y - y, box.width, box.height)))
 
     boxes = picture.top.boxes if picture.screens else ()
-    selected = [row.value for box in boxes if isinstance(box, ListBox) for row in box.rows if row.selected]
+    selected = [row.value for box in boxes for row in box.rows or () if row.selected]
     html = _FRAME.render(picture=picture, length=length, place=place, thumb=_thumb, spoken="".join(selected),
                          console=list(console)[-CONSOLE_LINES:])
     return UNPRINTABLE.sub("\ufffd", html)

@@ -40,7 +40,7 @@ class EscapeTest(unittest.TestCase):
     def test_every_text_of_a_picture(self):
         row = picture.Row(NASTY, NASTY, kind="setting", marked=(0, 3), selected=True)
         choice = picture.Row(NASTY, kind="choice", shortcut=NASTY)
-        listbox = picture.ListBox(NASTY, 0, 0, 100, 60, rows=[row, choice], total=2)
+        listbox = picture.Box(NASTY, 0, 0, 100, 60, rows=[row, choice], total=2)
         label = picture.Box(NASTY, 0, 0, 100, 20, text=NASTY)
         fragment = tv.fragment(picture.Picture([screen(label, listbox, name=NASTY, title=NASTY)], [(NASTY, NASTY)]), [NASTY])
         outline = Outline(fragment)
@@ -61,7 +61,7 @@ class EscapeTest(unittest.TestCase):
 
 class DrawingTest(unittest.TestCase):
     def list(self, **values):
-        box = picture.ListBox("list", 64, 72, 640, 300, **values)
+        box = picture.Box("list", 64, 72, 640, 300, **{"rows": [], **values})
         return Outline(tv.fragment(picture.Picture([screen(box)], [])))
 
     def test_lengths_are_hundredths_of_the_width(self):

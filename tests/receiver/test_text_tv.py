@@ -7,7 +7,7 @@ from prompt_toolkit.application.current import set_app
 from prompt_toolkit.layout.mouse_handlers import MouseHandlers
 from prompt_toolkit.layout.screen import Screen, WritePosition
 
-from receiver.picture import Box, ListBox, Picture, Row, ScreenView
+from receiver.picture import Box, Picture, Row, ScreenView
 from receiver.text_tv import BELOW, TextTv, cut, printable, text, wrap
 from tests.receiver.tv import TvTest
 
@@ -23,7 +23,7 @@ def lines(picture, columns=64, rows=37):
 
 def a_list(count, selected=0, first=0, **kwargs):
     rows = [Row("row %d" % number, selected=number == selected, **kwargs) for number in range(first, min(count, first + 10))]
-    return ListBox("list", 0, 0, 1280, 200, rows=rows, first=first, total=count, selected=selected, scrollbar=True)
+    return Box("list", 0, 0, 1280, 200, rows=rows, first=first, total=count, selected=selected, scrollbar=True)
 
 
 class TextTest(unittest.TestCase):
@@ -40,7 +40,7 @@ class TextTest(unittest.TestCase):
         self.assertEqual(printable(nasty), "a\ufffd[2Jb\ufffdc\ufffd d\ufffd")
         row = Row(nasty, nasty, kind="setting", selected=True)
         boxes = [Box("title", 0, 0, 1280, 20, nasty), Box("key_red", 0, 40, 1280, 20, nasty, wrap=False),
-                 ListBox("list", 0, 100, 1280, 200, rows=[row], total=1)]
+                 Box("list", 0, 100, 1280, 200, rows=[row], total=1)]
         drawn = text(Picture(picture(*boxes).screens, [(nasty, nasty)]), 100, 37)
         self.assertEqual(drawn.count("[2Jb"), 6)
         for char in "\x1b\x9b\x07\ud8ff":
@@ -74,17 +74,17 @@ class DrawTest(unittest.TestCase):
 
     def test_row(self):
         rows = [Row("Label", "value", selected=True), Row("Yes", "yes", switch=True), Row("No", "no", switch=False)]
-        drawn = lines(picture(ListBox("list", 0, 0, 600, 100, rows=rows, total=3)), columns=64)
+        drawn = lines(picture(Box("list", 0, 0, 600, 100, rows=rows, total=3)), columns=64)
         self.assertEqual(drawn[:3], ["▶ Label            ◂ value   ▸", "  Yes                  yes ●", "  No                    no ○"])
 
     def test_a_long_label_leaves_the_value_alone(self):
-        drawn = lines(picture(ListBox("list", 0, 0, 600, 20, rows=[Row("L" * 99, "value")], total=1)))
+        drawn = lines(picture(Box("list", 0, 0, 600, 20, rows=[Row("L" * 99, "value")], total=1)))
         self.assertRegex(drawn[0], "^  L+… +value$")
 
     def test_kinds_of_rows(self):
         rows = [Row(kind, kind=kind, shortcut="3" if kind == "choice" else "")
                 for kind in ("folder", "marker", "choice", "service")]
-        drawn = lines(picture(ListBox("list", 0, 0, 1280, 100, rows=rows, total=4)))
+        drawn = lines(picture(Box("list", 0, 0, 1280, 100, rows=rows, total=4)))
         self.assertEqual(drawn[:4], ["  ▪ folder", "  ── marker ──", "  3  choice", "    service"])
 
     def test_the_selected_row_is_always_seen(self):

@@ -15,7 +15,6 @@ from receiver import cli, options
 from receiver.app import Receiver
 from receiver.places import HERE
 from receiver.loop import VirtualLoop
-from receiver.picture import ListBox
 from receiver.profile import PROFILES
 
 SAMPLE = HERE / "sample"
@@ -92,7 +91,7 @@ class TvTest(unittest.TestCase):
     @property
     def list(self):
         """The top screen's list."""
-        return next(box for box in self.top.boxes if isinstance(box, ListBox))
+        return next(box for box in self.top.boxes if box.rows is not None)
 
     @property
     def labels(self):
