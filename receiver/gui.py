@@ -121,5 +121,5 @@ def forget_modules():
     folders = tuple(str(folder) for folder in (HOST_MODULES, *PLUGIN_FOLDERS))
     for name, module in list(sys.modules.items()):
         places = [getattr(module, "__file__", None) or "", *map(str, getattr(module, "__path__", ()))]
-        if any(place.startswith(folders) for place in places):
+        if module is None or any(place.startswith(folders) for place in places):  # None: what an image did not have
             del sys.modules[name]

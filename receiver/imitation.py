@@ -8,9 +8,7 @@ from receiver.data.epg_cache import eEPGCache
 
 
 def imitate(profile):
-    """Make the freshly imported host modules those of an image. The next import of them starts from scratch."""
-    for name in [name for name, module in sys.modules.items() if module is None]:
-        del sys.modules[name]  # what an image before this one did not have
+    """Make the freshly imported host modules those of an image, until `gui.forget_modules`."""
     for what in profile.missing:
         module, _, path = what.partition(":")
         if path:

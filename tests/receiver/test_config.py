@@ -5,6 +5,7 @@ from unittest import mock
 from Components import config as host
 from Components.UsageConfig import InitUsageConfig
 from receiver.data.epg_cache import eEPGCache
+from receiver.profile import PROFILES
 from tests.receiver.boxes import BoxTest
 
 
@@ -233,7 +234,7 @@ class EpgSettings(BoxTest):
         self.addCleanup(patch.stop)
         self.tree = host.Config()
         self.file = host.ConfigFile(self.tree)
-        InitUsageConfig(self.tree)
+        InitUsageConfig(self.tree, PROFILES["full"])
         self.all = dict(self.tree.elements())
 
     def test_every_key_is_there_and_no_other(self):
@@ -261,7 +262,7 @@ class EpgSettings(BoxTest):
         self.assertEqual(len(self.read("settings").splitlines()), len(self.KEYS))
         again = host.Config()
         host.ConfigFile(again).load()
-        InitUsageConfig(again)
+        InitUsageConfig(again, PROFILES["full"])
         self.assertEqual({path: element.value for path, element in again.elements()}, values)
 
     def test_kinds(self):

@@ -7,7 +7,6 @@ from functools import partial
 from Components.config import ConfigInteger, ConfigSelection, ConfigSelectionNumber, ConfigSubsection, ConfigText, ConfigYesNo
 from enigma import eEPGCache
 from receiver.data import env
-from receiver.profile import PROFILES
 
 VIEWS = [("single", "Single EPG"), ("multi", "Multi EPG"), ("graphical", "Graphical multi EPG"), ("vertical", "Vertical EPG"),
          ("eventview", "Event view")]
@@ -48,7 +47,7 @@ KEYS = {
 ELSEWHERE = {"epg.maxdays": partial(ConfigSelectionNumber, 1, 365, 1, 7)}
 
 
-def InitUsageConfig(config, profile=PROFILES["full"]):
+def InitUsageConfig(config, profile):
     """Define every key on `config` that the image of `profile` has, where it has it."""
     for key, make in KEYS.items():
         path = profile.keys.get(key, key)

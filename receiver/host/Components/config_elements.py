@@ -27,7 +27,7 @@ class ConfigElement:
         self.default = default
         self.saved_value = None        # stored text; None: the default
         self._value = self._told = default
-        self._notifiers, self._final_notifiers = [], []
+        self._notifiers = []           # (function, whether it is called at each change, not at each save)
 
     def normalize(self, value):
         """`value` as this element can hold it."""
@@ -58,8 +58,7 @@ class ConfigElement:
         value = self.normalize(value)
         if value != self._value:
             self._value = value
-            for notifier in list(self._notifiers):
-                notifier(self)
+            self._notify(True)
 
     def handleKey(self, key, callback=None):
         """Apply a key; `callback()` only when the value changed."""
@@ -90,8 +89,7 @@ class ConfigElement:
         self.saved_value = str(self.value) if self.value != self.default or self.save_forced else None
         if self._told != self.value:
             self._told = self.value
-            for notifier in list(self._final_notifiers):
-                notifier(self)
+            self._notify(False)
 
     def cancel(self):
         """Go back to the saved value."""
@@ -105,15 +103,18 @@ class ConfigElement:
     def addNotifier(self, notifier, initial_call=True, immediate_feedback=True):
         """Call `notifier(element)` at each change, or, without immediate feedback, when a change is saved; with
         `initial_call` also now."""
-        (self._notifiers if immediate_feedback else self._final_notifiers).append(notifier)
+        self._notifiers.append((notifier, immediate_feedback))
         if initial_call:
             notifier(self)
 
     def removeNotifier(self, notifier):
         """Take a notifier away; one that is not there is ignored."""
-        for notifiers in (self._notifiers, self._final_notifiers):
-            if notifier in notifiers:
-                notifiers.remove(notifier)
+        self._notifiers = [each for each in self._notifiers if each[0] != notifier]
+
+    def _notify(self, immediate):
+        for notifier, when in list(self._notifiers):
+            if when == immediate:
+                notifier(self)
 
     def endTyping(self):
         """The next digit begins anew: there was a pause, or the row was left."""
