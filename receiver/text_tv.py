@@ -109,7 +109,7 @@ class _ScreenDrawer:
                 yield self.panel(box)
         for box in view.boxes:
             if box.rows is not None:
-                yield from self.list(box)
+                yield self.list(box)
             elif box.text:
                 yield self.label(box)
 
@@ -146,14 +146,14 @@ class _ScreenDrawer:
         lines = bottom - top
         skip = min(max(0, box.selected - box.first - lines // 2), max(0, len(box.rows) - lines))
         rows = box.rows[skip:skip + lines]
-        scroll = box.scrollbar and box.total > len(rows)
-        fragments = [fragment for row in rows for fragment in (*self.row(row, box, right - left - 2 * scroll), ("", "\n"))]
-        yield _window(fragments, "bg:" + self.background(box)), (left, top, right, bottom)
-        if scroll:
+        bar, fragments = [""] * len(rows), []
+        if box.scrollbar and box.total > len(rows):
             thumb = max(1, len(rows) * len(rows) // box.total)
             start = (box.first + skip) * (len(rows) - thumb) // (box.total - len(rows))
-            bar = ["█" if start <= line < start + thumb else "│" for line in range(len(rows))]
-            yield _window([(DIM, "\n".join(bar))], "bg:" + self.background(box)), (right - 1, top, right, bottom)
+            bar = [" █" if start <= line < start + thumb else " │" for line in range(len(rows))]
+        for row, mark in zip(rows, bar):
+            fragments += [*self.row(row, box, right - left - len(mark)), (DIM, mark + "\n")]
+        return _window(fragments, "bg:" + self.background(box)), (left, top, right, bottom)
 
     def row(self, row, box, columns):
         """The fragments of one row: the cursor, its label, and at the right its value with the state of a switch."""

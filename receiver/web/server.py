@@ -76,6 +76,8 @@ class Server:
     async def _end(self, application):
         """Wait until every page shows the last frame, which says that the receiver is off, but not for long."""
         self.receiver.switch_off()
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):  # whoever has no patience
+            self.receiver.loop.add_signal_handler(number, os._exit, 128 + number)
         for _ in range(100):
             if not any(page.changed.is_set() or not page.shown.is_set() for page in self._pages):
                 break

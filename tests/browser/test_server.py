@@ -172,6 +172,21 @@ class SocketTest(ServerTest):
         self.assertEqual(code, 0)
         self.assertNotIn("Traceback", errors)
 
+    def test_a_second_signal_ends_it_at_once(self):
+        async def scene(session, url, receiver):
+            async with session.ws_connect(url) as page:
+                await page.receive_str()  # and does not show it
+                begin = time.monotonic()
+                for _ in range(2):
+                    receiver.process.send_signal(2)
+                    await asyncio.sleep(0.1)
+                while receiver.process.poll() is None:
+                    await asyncio.sleep(0.01)
+                self.assertLess(time.monotonic() - begin, 0.8)
+
+        code, errors = self.play(scene).finish()
+        self.assertEqual((code, errors), (130, "[EPGCache] there is no /media/hdd/epg.dat yet\n"))
+
     def test_keys_of_two_pages_are_pressed_in_turn(self):
         async def scene(session, url, receiver):
             async with session.ws_connect(url) as one, session.ws_connect(url) as two:
