@@ -41,7 +41,7 @@ def cut(text, columns):
 
 def wrap(text, columns):
     """The text in lines of at most `columns`; words longer than that are broken."""
-    return [line for paragraph in text.split("\n") for line in textwrap.wrap(printable(paragraph), columns) or [""]]
+    return [line for paragraph in text.split("\n") for line in textwrap.wrap(printable(paragraph), max(1, columns)) or [""]]
 
 
 def text(picture, columns, lines):

@@ -22,12 +22,13 @@ OWN_FILES = ("settings", "blacklist_dvb_epg", "blacklist.eit")  # with whatever 
 _state = threading.local()
 _made = set()  # files and folders that this run has made
 
-# Functions of os that have paths, at the first place if not said otherwise: those that read, those that change what is there,
+# Functions of os that have paths, at the first place if PLACES has no other: those that read, those that change what is there,
 # and those that change what a link there leads to.
 READ = ("stat", "lstat", "listdir", "scandir", "readlink", "statvfs", "listxattr", "getxattr")
 CHANGE = ("remove", "unlink", "rmdir", "rename", "replace", "link", "symlink")
 FOLLOW = ("mkdir", "mkfifo", "mknod", "chmod", "chown", "utime", "truncate", "setxattr", "removexattr")
 PLACES = {"rename": (0, 1), "replace": (0, 1), "link": (0, 1), "symlink": (1,)}
+NAMES = ("path", "src", "file"), ("dst", "flags", "mode")  # of the first argument and of the second
 
 
 @contextlib.contextmanager
@@ -106,7 +107,10 @@ def _wrapped(function, writes, places=(0,), follow=True, check=lambda path: None
         if not getattr(_state, "on", False):
             return function(*arguments, **keywords)
         with outside():
-            writing, arguments, new = writes(arguments), list(arguments), []
+            arguments, new = list(arguments), []
+            for place, names in enumerate(NAMES):
+                arguments += [keywords.pop(name) for name in names if name in keywords and len(arguments) == place]
+            writing = writes(arguments)
             for place in places:
                 if len(arguments) > place and not isinstance(arguments[place], int):
                     path = _at(arguments[place], keywords)
@@ -127,8 +131,7 @@ def _build():
         setattr(os, name, _wrapped(getattr(os, name), lambda arguments: True, PLACES.get(name, (0,)), name in FOLLOW))
     writing = os.O_WRONLY | os.O_RDWR | os.O_CREAT | os.O_TRUNC
     os.open = _wrapped(os.open, lambda arguments: arguments[1] & writing, check=check_readable)
-    opened = _wrapped(open, lambda arguments: set(arguments[1]) & set("wax+"), check=check_readable)
-    builtins.open = io.open = lambda file, mode="r", *rest, **keywords: opened(file, mode, *rest, **keywords)
+    builtins.open = io.open = _wrapped(open, lambda arguments: set("".join(arguments[1:2])) & set("wax+"), check=check_readable)
     accessible = _wrapped(os.access, lambda arguments: arguments[1] & os.W_OK)
 
     @functools.wraps(os.access)

@@ -61,11 +61,14 @@ class WallsTest(BoxTest):
         before = content(self.outside)
         for path in ("/media/usb/out/letter", "/media/usb/letter", "/etc/enigma2/settings", "/media/usb/out/new", env.__file__):
             for attempt in (lambda: open(path, "w"), lambda: open(path, "ab"), lambda: os.open(path, os.O_WRONLY),
-                            lambda: os.truncate(path, 0), lambda: os.mkdir(path + "/x"), lambda: os.chmod(path, 0)):
+                            lambda: os.truncate(path, 0), lambda: os.mkdir(path + "/x"), lambda: os.chmod(path, 0),
+                            lambda: open(file=path, mode="w"), lambda: os.open(path=path, flags=os.O_WRONLY),
+                            lambda: os.chmod(path=path, mode=0)):
                 with self.subTest(path), walls.inside(), self.assertRaises(OSError):
                     attempt()
         for path in ("/media/usb/out/letter", env.__file__):
-            for attempt in (os.remove, lambda path: os.rename(path, "/media/hdd/x"), lambda path: os.replace(path, path + "x")):
+            for attempt in (os.remove, lambda path: os.rename(path, "/media/hdd/x"), lambda path: os.replace(path, path + "x"),
+                            lambda path: os.remove(path=path), lambda path: os.replace(src=path, dst="/media/hdd/x")):
                 with self.subTest(path), walls.inside(), self.assertRaises(OSError):
                     attempt(path)
         self.assertEqual(content(self.outside), before)

@@ -101,6 +101,7 @@ class DrawTest(unittest.TestCase):
     def test_keys_have_their_letters(self):
         self.assertEqual(lines(picture(Box("key_red", 0, 0, 600, 20, "Exit")))[0], "[R] Exit")
         self.assertEqual(lines(picture(Box("key_blue", 0, 0, 600, 20, "")))[0], "")
+        self.assertEqual(lines(picture(Box("key_red", 0, 0, 40, 20, "Exit")), columns=20)[0], "[")
 
     def test_flat_shapes_become_lines_and_touching_boxes_do_not_overlap(self):
         self.assertEqual(lines(picture(Box("panel", 0, 45, 1280, 2, background="#ffffff")))[2], "─" * 64)
