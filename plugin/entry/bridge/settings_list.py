@@ -32,9 +32,10 @@ class ConfigListScreen(ConfigList.ConfigListScreen):
 
     def leave_out_unused(self):
         """Hosts make a window and a picture for rows of text. Where there is no such row nobody would see them."""
-        if not any(isinstance(row[1], TYPED) for row in self["config"].list):
-            self.unused_parts = [name for name in ("HelpWindow", "VKeyIcon") if name in self]
-            if "HelpWindow" in self.unused_parts:
+        unused = [name for name in ("HelpWindow", "VKeyIcon") if name in self]
+        if unused and not any(isinstance(row[1], TYPED) for row in self["config"].list):
+            self.unused_parts = unused
+            if "HelpWindow" in unused:
                 self["HelpWindow"] = NoWindow()
 
 
