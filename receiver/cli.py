@@ -101,17 +101,15 @@ def open_box(chosen):
         lock = os.open(etc, os.O_RDONLY | os.O_DIRECTORY)
     except OSError as error:
         raise UsageError("the box's folder can't be made: %s: %s" % (error.filename, error.strerror)) from error
-    try:
-        fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
-    except BlockingIOError:
-        os.close(lock)
-        raise UsageError("another receiver has this folder: %s" % etc) from None
-    except OSError:
-        pass  # a file system without locks
-    try:
+    with contextlib.ExitStack() as stack:
+        stack.callback(os.close, lock)
+        try:
+            fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+        except BlockingIOError:
+            raise UsageError("another receiver has this folder: %s" % etc) from None
+        except OSError:
+            pass  # a file system without locks
         yield str(etc), str(root)
-    finally:
-        os.close(lock)
 
 
 def run(options):

@@ -17,6 +17,7 @@ SMALLEST = (20, 6)
 KEYS = {"key_red": ("R", "#e5383b"), "key_green": ("G", "#2fa84f"), "key_yellow": ("Y", "#f2b705"),
         "key_blue": ("B", "#3a86ff")}
 ICONS = {"parent": "◂ ", "folder": "▪ ", "bouquet": "▪ ", "file": "  ", "service": "  "}
+ALIGN = {"center": WindowAlign.CENTER, "right": WindowAlign.RIGHT}
 DIM = "#93a1b5"
 BELOW = " nobold nounderline #4c5563 bg:#07090d"  # the look of what is not the screen on top
 UNPRINTABLE = re.compile("[\x00-\x1f\x7f-\x9f\ud800-\udfff]")
@@ -77,7 +78,7 @@ class TextTv(Window):
 
 
 def _window(fragments, style="", align="left"):
-    return Window(FormattedTextControl(fragments), style=style, align=WindowAlign[align.upper()])
+    return Window(FormattedTextControl(fragments), style=style, align=ALIGN.get(align, WindowAlign.LEFT))
 
 
 def _is_filled(box):

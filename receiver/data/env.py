@@ -44,6 +44,19 @@ def log(line):
     print(str(line).encode("utf-8", "backslashreplace").decode("utf-8"))
 
 
+class OnlyOne:
+    """A class of which the process has one instance."""
+
+    _instance = None
+
+    @classmethod
+    def getInstance(cls):
+        """The one of the process."""
+        if cls._instance is None:
+            cls._instance = cls()
+        return cls._instance
+
+
 class eEnv:
     """The host's view of where things are installed."""
 

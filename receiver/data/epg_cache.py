@@ -31,23 +31,14 @@ def _counts(events):
     return sum(events.values()), len(events)
 
 
-class eEPGCache:
+class eEPGCache(env.OnlyOne):
     """`load`, `save` and `setCacheFile` neither raise nor return anything, as on boxes: failures are console lines, and one
     to save is also told to `on_failure`, as a text for the user."""
-
-    _instance = None
 
     def __init__(self):
         self._events = {}
         self._path = env.EPG_FILE
         self.on_failure = lambda text: None
-
-    @staticmethod
-    def getInstance():
-        """The one cache of the process."""
-        if eEPGCache._instance is None:
-            eEPGCache._instance = eEPGCache()
-        return eEPGCache._instance
 
     def setCacheFile(self, path):
         """Name the cache file, by its path on the box. Neither loads nor saves."""

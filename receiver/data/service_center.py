@@ -1,5 +1,4 @@
 """eServiceCenter: what the host's screens ask about services, answered from lamedb and the bouquets."""
-import itertools
 import re
 
 from . import env
@@ -41,7 +40,7 @@ class ServiceList:
         return [row[0] for row in rows] if len(format) == 1 else rows
 
 
-class eServiceCenter:
+class eServiceCenter(env.OnlyOne):
     """The service database of this run's etc folder, read when first asked for."""
 
     # Where the channel list starts, as eServiceReference texts.
@@ -50,17 +49,8 @@ class eServiceCenter:
     ROOT_TV_ALL = _all(1, TV_TYPES)
     ROOT_RADIO_ALL = _all(2, RADIO_TYPES)
 
-    _instance = None
-
     def __init__(self):
         self._services, self._bouquets = read_lamedb(env.etc), read_bouquets(env.etc)
-
-    @staticmethod
-    def getInstance():
-        """The one service centre of the process."""
-        if eServiceCenter._instance is None:
-            eServiceCenter._instance = eServiceCenter()
-        return eServiceCenter._instance
 
     def list(self, ref):
         """A ServiceList of what `ref` (a root, a bouquet) holds; None when it is no list."""
@@ -91,8 +81,8 @@ class eServiceCenter:
     def first(self, most):
         """What a tuner would pass by first, and no more than `most`: the services of the first bouquets."""
         lists = self.list(eServiceReference(self.ROOT_TV_FAVOURITES)).getContent("R")[:2]
-        refs = (ref for content in filter(None, map(self.list, lists)) for ref in content.getContent("R"))
-        return list(itertools.islice((ref for ref in refs if not ref.flags & (ref.isMarker | ref.isDirectory)), most))
+        refs = [ref for content in filter(None, map(self.list, lists)) for ref in content.getContent("R")]
+        return [ref for ref in refs if not ref.flags & (ref.isMarker | ref.isDirectory)][:most]
 
     def _bouquet(self, ref):
         """The Bouquet that a directory reference links, or None."""

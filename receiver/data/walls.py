@@ -24,7 +24,7 @@ _made = set()  # files and folders that this run has made
 
 # Functions of os that have paths, at the first place if PLACES has no other: those that read, those that change what is there,
 # and those that change what a link there leads to.
-READ = ("stat", "lstat", "listdir", "scandir", "readlink", "statvfs", "listxattr", "getxattr")
+READ = ("stat", "lstat", "access", "listdir", "scandir", "readlink", "statvfs", "listxattr", "getxattr")
 CHANGE = ("remove", "unlink", "rmdir", "rename", "replace", "link", "symlink")
 FOLLOW = ("mkdir", "mkfifo", "mknod", "chmod", "chown", "utime", "truncate", "setxattr", "removexattr")
 PLACES = {"rename": (0, 1), "replace": (0, 1), "link": (0, 1), "symlink": (1,)}
@@ -132,15 +132,6 @@ def _build():
     writing = os.O_WRONLY | os.O_RDWR | os.O_CREAT | os.O_TRUNC
     os.open = _wrapped(os.open, lambda arguments: arguments[1] & writing, check=check_readable)
     builtins.open = io.open = _wrapped(open, lambda arguments: set("".join(arguments[1:2])) & set("wax+"), check=check_readable)
-    accessible = _wrapped(os.access, lambda arguments: arguments[1] & os.W_OK)
-
-    @functools.wraps(os.access)
-    def access(path, mode, **keywords):
-        try:
-            return accessible(path, mode, **keywords)
-        except OSError:
-            return False
-    os.access = access
 
 
 _build()

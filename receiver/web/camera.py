@@ -36,18 +36,13 @@ def browser():
             driver.quit()
 
 
-def photograph(driver, document, width, height, scale=1):
-    """A document of receiver.web.html as the bytes of a PNG. Sizes are CSS pixels; `scale` is pixels for each of them."""
+def photograph(driver, document, width, height):
+    """A document of receiver.web.html as the bytes of a PNG of that size."""
     with tempfile.TemporaryDirectory() as folder:
         page = Path(folder) / "page.html"
         page.write_text(document, encoding="utf-8")
-        resize(driver, width, height, scale)
+        driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", {
+            "width": width, "height": height, "deviceScaleFactor": 1, "mobile": False})
         driver.get(page.as_uri())
         driver.execute_async_script("document.fonts.ready.then(arguments[0])")
         return driver.get_screenshot_as_png()
-
-
-def resize(driver, width, height, scale=1, touch=False):
-    """Give the browser's pages a screen of that size."""
-    driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", {
-        "width": width, "height": height, "deviceScaleFactor": scale, "mobile": touch})

@@ -19,7 +19,7 @@ UNPRINTABLE = re.compile("[\x00-\x08\x0b-\x1f\x7f-\x9f\ud800-\udfff\ufffe\uffff]
 _environment = jinja2.Environment(autoescape=True, undefined=jinja2.StrictUndefined)
 _environment.globals.update(
     keys=KEYS, colors=("red", "green", "yellow", "blue"), icons=("folder", "parent", "file", "bouquet", "service"),
-    align={"left": "flex-start", "top": "flex-start", "center": "center", "right": "flex-end", "bottom": "flex-end"})
+    align={"center": "center", "right": "flex-end", "bottom": "flex-end"})
 
 
 def _template(name):

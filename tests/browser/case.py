@@ -64,6 +64,12 @@ def chromium():
     return chromium.driver
 
 
+def resize(driver, width, height, scale=1, touch=False):
+    """Give the browser's pages a screen of that size in CSS pixels, with `scale` pixels for each of them."""
+    driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", {
+        "width": width, "height": height, "deviceScaleFactor": scale, "mobile": touch})
+
+
 def new_box(folder):
     """Make the box of a receiver started with `environment(etc)`; its `etc`, a copy of the sample."""
     etc = Path(folder) / "sample" / "etc" / "enigma2"
@@ -117,7 +123,7 @@ class PageTest(unittest.TestCase):
         self.hdd = self.etc.parents[1] / "media" / "hdd"
         self.prepare()
         self.driver = chromium()
-        camera.resize(self.driver, 1280, 800)
+        resize(self.driver, 1280, 800)
         self.receiver = self.start()
         self.open()
         self.addCleanup(self.check_browser_console)
@@ -167,7 +173,7 @@ class PageTest(unittest.TestCase):
 
     def use_fingers(self, width, height):
         """Make the browser a phone's, with a screen of that size."""
-        camera.resize(self.driver, width, height, 2, touch=True)
+        resize(self.driver, width, height, 2, touch=True)
         self.driver.execute_cdp_cmd("Emulation.setTouchEmulationEnabled", {"enabled": True})
         self.addCleanup(self.driver.execute_cdp_cmd, "Emulation.setTouchEmulationEnabled", {"enabled": False})
         self.driver.refresh()

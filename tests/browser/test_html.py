@@ -71,6 +71,10 @@ class DrawingTest(unittest.TestCase):
         large = tv.fragment(picture.Picture([screen(box)], [], 1920, 1080))
         self.assertIn("left:33.3333cqw;top:18.75cqw", large)
 
+    def test_skins_may_ask_for_anything(self):
+        box = picture.Box("a", 0, 0, 128, 64, text="x", halign="block", valign="nowhere")
+        self.assertIn("justify-content:flex-start;align-items:flex-start", tv.fragment(picture.Picture([screen(box)], [])))
+
     def test_a_window_holds_its_boxes(self):
         box = picture.Box("a", 300, 200, 100, 50, text="x")
         fragment = tv.fragment(picture.Picture([screen(box, x=260, y=160, width=760, height=400)], []))

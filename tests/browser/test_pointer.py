@@ -6,8 +6,7 @@ import unittest
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.actions.wheel_input import ScrollOrigin
 
-from receiver.web import camera
-from tests.browser.case import PageTest, write_services
+from tests.browser.case import PageTest, resize, write_services
 
 TITLE = "ORSA Veltro"
 
@@ -147,7 +146,7 @@ class FingerTest(PageTest):
         self.shows(title=TITLE, position=1, value="no")
 
     def test_a_swipe_brings_the_keys_that_are_not_seen(self):
-        camera.resize(self.driver, 320, 200, 2, touch=True)
+        resize(self.driver, 320, 200, 2, touch=True)
         self.touch(self.button("1"), *[(0, -10)] * 8)
         self.wait_for(lambda: self.js("return document.querySelector('.remote').scrollTop") > 20)
         self.shows(position=1)

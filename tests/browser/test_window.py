@@ -4,8 +4,7 @@ import signal
 import time
 import unittest
 
-from receiver.web import camera
-from tests.browser.case import PageTest
+from tests.browser.case import PageTest, resize
 
 WINDOWS = ((320, 480), (360, 740), (390, 844), (568, 320), (667, 375), (740, 360), (768, 1024), (1024, 600), (1280, 800),
            (1920, 1080), (2560, 1080), (3840, 2160))
@@ -45,7 +44,7 @@ class WindowTest(PageTest):
         for width, height in WINDOWS:
             for zoom in ZOOMS:
                 with self.subTest(window="%dx%d" % (width, height), zoom=zoom):
-                    camera.resize(self.driver, int(width / zoom), int(height / zoom), zoom)
+                    resize(self.driver, int(width / zoom), int(height / zoom), zoom)
                     self.driver.execute_async_script("requestAnimationFrame(() => requestAnimationFrame(arguments[0]))")
                     problems = self.js(CHECK, SMALLEST_TEXT)
                     self.assertEqual([problem for problem in problems if problem not in allowed], [])

@@ -58,8 +58,8 @@ class DrawTest(unittest.TestCase):
 
     def test_alignment(self):
         boxes = [Box("a", 0, y, 1280, 20, "text", halign=halign)
-                 for y, halign in ((0, "left"), (20, "center"), (40, "right"))]
-        self.assertEqual(lines(picture(*boxes))[:3], ["text", " " * 30 + "text", " " * 60 + "text"])
+                 for y, halign in ((0, "left"), (20, "center"), (40, "right"), (60, "block"))]
+        self.assertEqual(lines(picture(*boxes))[:4], ["text", " " * 30 + "text", " " * 60 + "text", "text"])
         boxes = [Box("a", x, 0, 320, 100, "text", valign=valign)
                  for x, valign in ((0, "top"), (320, "center"), (640, "bottom"))]
         self.assertEqual([line.split() for line in lines(picture(*boxes))[:5]], [["text"], [], ["text"], [], ["text"]])
