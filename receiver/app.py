@@ -205,7 +205,7 @@ class Receiver:
         in_file = cache.fileCounts()
         return [("EPG cache", _counts(cache.counts())),
                 ("EPG file", "none" if in_file is None else _counts(in_file)),
-                ("", cache.cacheFile())]
+                ("", cache.path)]
 
 
 def _counts(counts):

@@ -33,42 +33,38 @@ def _counts(events):
 
 class eEPGCache(env.OnlyOne):
     """`load`, `save` and `setCacheFile` neither raise nor return anything, as on boxes: failures are console lines, and one
-    to save is also told to `on_failure`, as a text for the user."""
+    to save is also told to `on_failure`, as a text for the user. `path` is where the file is on the box."""
 
     def __init__(self):
         self._events = {}
-        self._path = env.EPG_FILE
+        self.path = env.EPG_FILE
         self.on_failure = lambda text: None
 
     def setCacheFile(self, path):
-        """Name the cache file, by its path on the box. Neither loads nor saves."""
-        self._path = path or env.EPG_FILE
-
-    def cacheFile(self):
-        """Path of the cache file; epg.dat on the hard disk as long as nobody named one."""
-        return self._path
+        """Name the cache file; "" is the one on the hard disk. Neither loads nor saves."""
+        self.path = path or env.EPG_FILE
 
     def load(self):
         """Replace the cache by what the file holds. A missing, broken or foreign file changes nothing."""
         try:
-            self._events = unpack(read_file(self._path))
+            self._events = unpack(read_file(self.path))
         except FileNotFoundError:  # as on a new box
-            env.log("[EPGCache] there is no %s yet" % self._path)
+            env.log("[EPGCache] there is no %s yet" % self.path)
         except (OSError, ValueError) as error:
-            env.log("[EPGCache] %s not loaded: %s" % (self._path, reason(error)))
+            env.log("[EPGCache] %s not loaded: %s" % (self.path, reason(error)))
 
     def save(self):
         """Write the cache to its file, an empty one too. A failure leaves the old file as it was."""
         try:
             with walls.outside():
-                place = os.path.realpath(env.real(self._path))
+                place = os.path.realpath(env.real(self.path))
                 if os.path.lexists(place) and not walls.is_epg_file(place):
                     raise OSError(errno.EEXIST, "a file that this receiver has not made is left alone")
             body = json.dumps(self._events, separators=(",", ":")).encode()
-            write_atomically(self._path, _HEADER % zlib.crc32(body) + body)
+            write_atomically(self.path, _HEADER % zlib.crc32(body) + body)
         except (OSError, ValueError) as error:
-            env.log("[EPGCache] %s not saved: %s" % (self._path, reason(error)))
-            self.on_failure("%s was not saved: %s" % (self._path, reason(error)))
+            env.log("[EPGCache] %s not saved: %s" % (self.path, reason(error)))
+            self.on_failure("%s was not saved: %s" % (self.path, reason(error)))
 
     def clearDB(self):
         """Forget every event. The file is not touched."""
@@ -85,8 +81,8 @@ class eEPGCache(env.OnlyOne):
     def fileCounts(self):
         """(events, services) in the file; None when it is missing or could not be loaded."""
         with contextlib.suppress(OSError, ValueError), walls.outside():
-            if walls.is_epg_file(env.real(self._path)):
-                return _counts(unpack(read_file(self._path)))
+            if walls.is_epg_file(env.real(self.path)):
+                return _counts(unpack(read_file(self.path)))
         return None
 
     def receive(self, refs, skip=()):

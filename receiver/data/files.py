@@ -76,7 +76,7 @@ def write_atomically(path, data):
             with contextlib.suppress(OSError):
                 os.unlink(temporary)
             raise
-        walls.made(path)
+        walls.made.add(path)
 
 
 def reason(error):

@@ -20,7 +20,7 @@ EPG_MAGIC = b"PC-EPG"
 OWN_FILES = ("settings", "blacklist_dvb_epg", "blacklist.eit")  # with whatever suffix, while they are written
 
 _state = threading.local()
-_made = set()  # files and folders that this run has made
+made = set()  # files and folders of the PC that this run has made
 
 # Functions of os that have paths, at the first place if PLACES has no other: those that read, those that change what is there,
 # and those that change what a link there leads to.
@@ -63,11 +63,6 @@ def for_writing(path, follow=True):
         return place
 
 
-def made(path):
-    """Remember that this run has made what is at a path of the PC."""
-    _made.add(path)
-
-
 def check_readable(path):
     """OSError unless there is a file of usual size; where there is nothing at all, opening it says so."""
     with contextlib.suppress(FileNotFoundError, NotADirectoryError):
@@ -80,7 +75,7 @@ def check_readable(path):
 
 def _is_own(place):
     """Whether a file of a user's folder is one that the receiver keeps there."""
-    if place in _made or os.path.basename(place).startswith(OWN_FILES):
+    if place in made or os.path.basename(place).startswith(OWN_FILES):
         return True
     return not os.path.islink(place) and is_epg_file(place)
 
@@ -118,8 +113,7 @@ def _wrapped(function, writes, places=(0,), follow=True, check=lambda path: None
                     check(path)
                     new += [path] if writing and not os.path.lexists(path) else []
             result = function(*arguments, **keywords)
-            for path in filter(os.path.lexists, new):
-                made(path)
+            made.update(filter(os.path.lexists, new))
             return result
     return call
 

@@ -280,13 +280,13 @@ class EpgSettings(BoxTest):
 
     def test_the_cache_is_told_its_file(self):
         cache = eEPGCache.getInstance()
-        self.assertEqual(cache.cacheFile(), "/media/hdd/epg.dat")
+        self.assertEqual(cache.path, "/media/hdd/epg.dat")
         self.tree.misc.epgcache_filename.value = "/elsewhere/epg.dat"
-        self.assertEqual(cache.cacheFile(), "/elsewhere/epg.dat")
+        self.assertEqual(cache.path, "/elsewhere/epg.dat")
         self.tree.misc.epgcache_filename.cancel()
-        self.assertEqual(cache.cacheFile(), "/media/hdd/epg.dat")
+        self.assertEqual(cache.path, "/media/hdd/epg.dat")
 
     def test_a_directory_means_the_usual_name_in_it(self):
         self.tree.misc.epgcache_filename.value = self.etc
         self.assertEqual(self.tree.misc.epgcache_filename.value, os.path.join(self.etc, "epg.dat"))
-        self.assertEqual(eEPGCache.getInstance().cacheFile(), os.path.join(self.etc, "epg.dat"))
+        self.assertEqual(eEPGCache.getInstance().path, os.path.join(self.etc, "epg.dat"))

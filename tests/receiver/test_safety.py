@@ -39,7 +39,7 @@ class WallsTest(BoxTest):
         self.letter = os.path.join(self.outside, "letter")
         with open(self.letter, "w") as file:
             file.write("dear all")
-        walls._made.clear()
+        walls.made.clear()
 
     def test_paths_are_those_of_the_box(self):
         with walls.inside():
