@@ -1,4 +1,6 @@
-"""Runs the receiver as the command line says: in a browser, in a terminal, or with keys on a clock of its own."""
+"""Runs the receiver as the command line says: in a browser, in a terminal, or with keys on a clock of its own. Each of these
+has a library that takes a while to load: only the one that is needed is imported.
+"""
 
 import asyncio
 import contextlib
@@ -21,9 +23,6 @@ from receiver.places import HERE
 from receiver.profile import PROFILES
 
 SAMPLE = HERE / "sample"
-
-
-# What shows the TV is imported where it is needed: each of the ways has a library that takes a while.
 
 
 def run_script(receiver, options):

@@ -65,7 +65,8 @@ class TextTv(Window):
         columns, lines = max(write_position.width, SMALLEST[0]), max(write_position.height, SMALLEST[1])
 
         def show(window, left, top, right, bottom):
-            window.write_to_screen(screen, mouse_handlers, WritePosition(left, top, right - left, bottom - top), "", True, None)
+            place = WritePosition(left, top, right - left, bottom - top)
+            window.write_to_screen(screen, mouse_handlers, place, "", True, None)
 
         picture = self._picture()
         super().write_to_screen(screen, mouse_handlers, write_position, parent_style, erase_bg, z_index)
@@ -126,7 +127,8 @@ class _ScreenDrawer:
         if box.height * self.vertical >= 0.5:
             return Window(style="bg:" + box.background[:7]), self.place(box)
         (left, _, right, _), top = self.place(box), int(box.y * self.vertical)
-        return Window(char="─", style="%s bg:%s" % (box.background[:7], self.view.background[:7])), (left, top, right, top + 1)
+        style = "%s bg:%s" % (box.background[:7], self.view.background[:7])
+        return Window(char="─", style=style), (left, top, right, top + 1)
 
     def label(self, box):
         left, top, right, bottom = self.place(box)
@@ -164,8 +166,9 @@ class _ScreenDrawer:
         value = []
         if row.value:
             color = dim if row.switch is False else style
-            value = [(color + " underline" * (place in row.marked), char) for place, char in enumerate(cut(row.value, columns // 2))]
-            value = [(style, "◂ " if row.selected else "  "), *value,
+            text = cut(row.value, columns // 2)
+            value = [(style, "◂ " if row.selected else "  "),
+                     *((color + " underline" * (place in row.marked), char) for place, char in enumerate(text)),
                      (color, {None: "  ", True: " ●", False: " ○"}[row.switch]), (style, " ▸" if row.selected else "  ")]
         label = ICONS.get(row.kind, "") + row.label
         label = {"choice": "%-2s %s" % (row.shortcut[:1], label), "marker": "── %s ──" % label}.get(row.kind, label)

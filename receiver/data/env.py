@@ -19,7 +19,7 @@ etc = root = None  # this run's folders on the PC that play /etc/enigma2 and /
 
 
 def configure(etc_folder, root_folder):
-    """Choose the folders of this run, and make what the root lacks. OSError when that fails. `etc` may lie outside the root."""
+    """Choose the folders of this run, and make what the root lacks. OSError when that fails. One may be outside the other."""
     global etc, root
     etc, root = os.path.realpath(etc_folder), os.path.realpath(root_folder)
     for folder in FOLDERS:

@@ -27,10 +27,6 @@ def unpack(data):
     return json.loads(body)
 
 
-def _counts(events):
-    return sum(events.values()), len(events)
-
-
 class eEPGCache(env.OnlyOne):
     """`load`, `save` and `setCacheFile` neither raise nor return anything, as on boxes: failures are console lines, and one
     to save is also told to `on_failure`, as a text for the user. `path` is where the file is on the box."""
@@ -76,13 +72,14 @@ class eEPGCache(env.OnlyOne):
 
     def counts(self):
         """(events, services) in the cache."""
-        return _counts(self._events)
+        return sum(self._events.values()), len(self._events)
 
     def fileCounts(self):
         """(events, services) in the file; None when it is missing or could not be loaded."""
         with contextlib.suppress(OSError, ValueError), walls.outside():
             if walls.is_epg_file(env.real(self.path)):
-                return _counts(unpack(read_file(self.path)))
+                events = unpack(read_file(self.path))
+                return sum(events.values()), len(events)
         return None
 
     def receive(self, refs, skip=()):

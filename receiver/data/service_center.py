@@ -6,9 +6,6 @@ from .bouquets import bouquet_file, read_bouquets
 from .lamedb import read_lamedb
 from .reference import eServiceReference
 
-TV_TYPES = (1, 17, 22, 25, 31, 134, 195, 211)
-RADIO_TYPES = (2, 10)
-
 
 def _all(mode, types):
     return "1:7:%d:0:0:0:0:0:0:0:%s ORDER BY name" % (mode, " || ".join("(type == %d)" % number for number in types))
@@ -46,8 +43,8 @@ class eServiceCenter(env.OnlyOne):
     # Where the channel list starts, as eServiceReference texts.
     ROOT_TV_FAVOURITES = '1:7:1:0:0:0:0:0:0:0:FROM BOUQUET "bouquets.tv" ORDER BY bouquet'
     ROOT_RADIO_FAVOURITES = '1:7:2:0:0:0:0:0:0:0:FROM BOUQUET "bouquets.radio" ORDER BY bouquet'
-    ROOT_TV_ALL = _all(1, TV_TYPES)
-    ROOT_RADIO_ALL = _all(2, RADIO_TYPES)
+    ROOT_TV_ALL = _all(1, (1, 17, 22, 25, 31, 134, 195, 211))
+    ROOT_RADIO_ALL = _all(2, (2, 10))
 
     def __init__(self):
         self._services, self._bouquets = read_lamedb(env.etc), read_bouquets(env.etc)

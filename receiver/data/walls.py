@@ -125,7 +125,7 @@ def _build():
         setattr(os, name, _wrapped(getattr(os, name), lambda arguments: True, PLACES.get(name, (0,)), name in FOLLOW))
     writing = os.O_WRONLY | os.O_RDWR | os.O_CREAT | os.O_TRUNC
     os.open = _wrapped(os.open, lambda arguments: arguments[1] & writing, check=check_readable)
-    builtins.open = io.open = _wrapped(open, lambda arguments: set("".join(arguments[1:2])) & set("wax+"), check=check_readable)
+    builtins.open = io.open = _wrapped(open, lambda arguments: set(*arguments[1:2]) & set("wax+"), check=check_readable)
 
 
 _build()

@@ -23,7 +23,7 @@ _environment.globals.update(
 
 
 def _template(name):
-    """A template of the page's folder. A line's end and the next one's indentation are nothing between tags, a blank in one."""
+    """A template of the page's folder. Line ends and indentation are nothing between tags, and a blank within one."""
     source = (PAGE / name).read_text(encoding="utf-8")
     return _environment.from_string(re.sub(r"\s*\n\s*", " ", re.sub(r"\s*\n\s*(?=[<{]|$)", "", source)))
 
