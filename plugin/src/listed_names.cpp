@@ -62,7 +62,7 @@ bool ListedNames::isAsRead()
     const std::size_t size = servicelist_.size();
     if (size != rows_.size() || size == 0)
         return size == rows_.size();
-    if (looked_ >= size)
+    if (looked_ >= size || size <= kLookedAtOnce)
         looked_ = 0;
     const std::size_t end = std::min(looked_ + kLookedAtOnce, size);
     const bool isSame = servicelist_.hasItemsOf(rows_, looked_, end) && servicelist_.hasItemsOf(rows_, size - 1, size);

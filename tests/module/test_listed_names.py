@@ -165,8 +165,9 @@ class OddNames(HostTestCase):
         screen.finishedChannelSelection(["a", "b"])
         self.assertEqual([(row[0], row[3]) for row in screen.servicelist], [("One", ONE)])
 
-    def add_while(self, listed, meddle, names):
-        """The editor's names after it was given `names` in one call; `meddle` runs while the host makes the first."""
+    def add_while(self, listed, meddle, names, which=2):
+        """The editor's names after it was given `names` in one call; `meddle` runs while the host makes one of them, the
+        second or another."""
         screen = self.editor()
         screen.servicelist[:] = listed
         given, calls = iter(names), []
@@ -177,7 +178,7 @@ class OddNames(HostTestCase):
 
             def getServiceName(self):
                 name = next(given)
-                if len(calls) == 1:
+                if len(calls) == which - 1:
                     meddle(screen.servicelist)
                 calls.append(name)
                 return name
@@ -193,6 +194,12 @@ class OddNames(HostTestCase):
             rows[0] = ("New", None, 0, "")
         found = self.add_while([("One", None, 0, ""), ("Two", None, 0, "")], meddle, ["Two", "One", "New"])
         self.assertEqual(found, ["New", "Two", "One"])
+
+    def test_a_host_that_replaces_a_row_after_one_was_added(self):
+        def meddle(rows):
+            rows[0] = ("New", None, 0, "")
+        found = self.add_while([("One", None, 0, ""), ("Two", None, 0, "")], meddle, ["Three", "Four", "One", "New"], 3)
+        self.assertEqual(found, ["New", "Two", "Three", "Four", "One"])
 
     def test_a_host_that_renames_a_row(self):
         def meddle(rows):
