@@ -27,6 +27,7 @@ def line(cells):
 
 def main():
     operations.verify()
+    operations.verify_replaced()
     counted = count.instructions()
     if counted is None:
         print("bench: no valgrind on this machine: instructions are not counted")

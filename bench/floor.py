@@ -1,8 +1,8 @@
 """The floor under every figure: the host calls of the measured operations, by the tightest Python that makes them.
 
-Not a second implementation: nothing here is checked, nothing can be replaced by a subclass, whatever a loop needs is looked
-up once before it, and what is the same for every row is written out. The results are those of the compiled module, which
-the benchmark verifies before it measures anything.
+Not a second implementation: nothing here is checked, whatever a loop needs is looked up once before it, and what is the same
+for every row is written out. The results are those of the compiled module, which the benchmark verifies before it measures
+anything. What a subclass or another module may replace, and Python would look up anew at each key, is looked up here, too.
 """
 
 from enigma import eEPGCache, eTimer  # noqa: F401 (the names that start-up takes belong to the cost of an import)
@@ -41,6 +41,17 @@ def find_in_list(list, search, listpos=0):
         if row[listpos] == search:
             return True
     return False
+
+
+def doEPGAction(action):
+    cache = eEPGCache.getInstance()
+    if action == "load":
+        cache.load()
+    elif action == "save":
+        cache.save()
+    elif action == "cleardb":
+        cache.clearDB()
+        cache.save()
 
 
 class Veltro(Screen, ConfigListScreen):
@@ -123,15 +134,17 @@ class Veltro(Screen, ConfigListScreen):
         misc = config.misc
         if misc.epg_is_client_stb.value:
             raise NotImplementedError
-        eEPGCache.getInstance().save()
-        self.epgBackupfinished(_("Saving of EPG cache to %s finished") % misc.epgcache_filename.value)
+        doEPGAction("save")
+        self.statustext = _("Saving of EPG cache to %s finished") % misc.epgcache_filename.value
+        self.epgBackupfinished(self.statustext)
 
     def epgBackupfinished(self, statustext):
-        self.statustext = self.text = statustext
-        self["status"].setText(statustext)
+        self.text = statustext
+        self["status"].setText(self.text)
 
     def up(self):
-        self.epgBackupfinished("")
+        self.statustext = ""
+        self.epgBackupfinished(self.statustext)
         widget = self["config"]
         if widget.list:
             instance = widget.instance
@@ -141,7 +154,8 @@ class Veltro(Screen, ConfigListScreen):
         raise NotImplementedError
 
     def changedEntry(self):
-        self.epgBackupfinished("")
+        self.statustext = ""
+        self.epgBackupfinished(self.statustext)
         self.createSetup()
 
     def keyClose(self):

@@ -11,6 +11,7 @@ from . import kinds
 from .quick_host import host as quick_host
 
 PLUGIN_PATH = "/usr/lib/enigma2/python/Plugins/Extensions/Veltro"
+EPG_FILE = "/media/hdd/epg.dat"
 BOUQUET = "1:7:1:0:"
 MEMORY = "/dev/shm"  # files there cost no disk
 
@@ -135,6 +136,33 @@ def verify():
                 bench.close()
         if seen[0] != seen[1]:
             raise AssertionError("%s: the module and its floor differ:\n%r\n%r" % ((title,) + tuple(seen)))
+
+
+def verify_replaced():
+    """What a subclass or another module replaces between two keys is taken up by the module and by the floor."""
+    for kind in ("module", "floor"):
+        bench = Bench(kind, recording=True)
+        try:
+            screen, seen = bench.settings(selected=20), []
+            screen.__class__ = _with_own_texts(bench.module.Veltro)
+            bench.module._ = lambda text: "%s"
+            bench.module.doEPGAction = seen.append
+            screen.keyOk()
+            seen.append(dict.__getitem__(screen, "status").text)
+            screen.epgBackupfinished = seen.append
+            screen.up()
+        finally:
+            bench.close()
+        if seen != ["save", "text of status of %s" % EPG_FILE, "status of "]:
+            raise AssertionError("%s: %r" % (kind, seen))
+
+
+def _with_own_texts(screen_class):
+    """A subclass in which each text of the status line is another one when it is read back."""
+    def kept(name):
+        return property(lambda screen: name % screen.__dict__[name],
+                        lambda screen, text: screen.__dict__.__setitem__(name, text))
+    return type("Sub", (screen_class,), {"statustext": kept("status of %s"), "text": kept("text of %s")})
 
 
 def literal(calls, folder):
