@@ -12,7 +12,6 @@ using host::config;
 using host::ConfigList;
 using host::EPGCache;
 using host::Object;
-using host::SettingsEntry;
 using host::Text;
 
 namespace {
@@ -146,7 +145,7 @@ struct Veltro : host::Screen {
     void configSelectionCallBack(const Object& ret) const
     {
         if (ret.truth() && ret.size() > 1)
-            currentEntry().element().setValue(ret.item(1));
+            elementOf(currentRow()).setValue(ret.item(1));
     }
 
     void gotEPGpath(const Object& res) const
@@ -175,8 +174,8 @@ struct Veltro : host::Screen {
     void keyClose() const
     {
         for (const Object& row : each(attr("list"_t)))
-            if (const SettingsEntry entry(row); isToSave(entry))
-                entry.element().cancel();
+            if (isToSave(row))
+                elementOf(row).cancel();
         close();
     }
 
@@ -184,22 +183,22 @@ struct Veltro : host::Screen {
     {
         EPGCache::getInstance(host()).setCacheFile(cacheFile()); // whether or not the path has changed
         for (const Object& row : each(attr("list"_t)))
-            if (const SettingsEntry entry(row); isToSave(entry))
-                entry.element().save();
+            if (isToSave(row))
+                elementOf(row).save();
         close();
     }
 
 private:
     [[nodiscard]] ConfigList configList() const { return ConfigList(widget("config"_t)); }
-    [[nodiscard]] SettingsEntry currentEntry() const { return SettingsEntry(configList().current()); }
+    [[nodiscard]] Object currentRow() const { return configList().current(); }
     [[nodiscard]] Object cacheFile() const { return config(host(), keys::kEpgCacheFilename).value(); }
-    [[nodiscard]] static bool isToSave(const SettingsEntry& entry) { return entry.tag().equals("to_save"_t); }
+    [[nodiscard]] static bool isToSave(const Object& row) { return tagOf(row).equals("to_save"_t); }
 
     /// The tag of the selected row; no value when no row is selected or the row has no tag.
     [[nodiscard]] Object tagOfSelection() const
     {
         try {
-            return SettingsEntry(configList().currentOfContent()).tag();
+            return tagOf(configList().currentOfContent());
         } catch (const host::Error& error) {
             if (!error.isOrdinary())
                 throw;
@@ -227,11 +226,11 @@ private:
     /// The pop-up list of a selection's choices. A row of any other kind has none.
     void offerChoices() const
     {
-        if (!currentEntry().element().isInstanceOf(host()["ConfigSelection"_t]))
+        if (!elementOf(currentRow()).isInstanceOf(host()["ConfigSelection"_t]))
             return;
-        const auto [choices, idx] = unpackTwo(host().call("getSelectionChoices"_t, currentEntry().element()));
+        const auto [choices, idx] = unpackTwo(host().call("getSelectionChoices"_t, elementOf(currentRow())));
         const Object keys = host().list("1"_t, "2"_t, "3"_t, "4"_t, "5"_t, "6"_t, "7"_t, "8"_t, "9"_t);
-        const Object title = currentEntry().label().toText();
+        const Object title = labelOf(currentRow()).toText();
         attr("session"_t)
             .attr("openWithCallback"_t)
             .apply(host().tuple(own("configSelectionCallBack"_t), host()["ChoiceBox"_t]),

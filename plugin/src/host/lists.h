@@ -5,14 +5,19 @@
 
 namespace veltro::host {
 
-/// One row of the settings list: label, element, description, tag.
-struct SettingsEntry : Object {
-    explicit SettingsEntry(Object object) : Object(std::move(object)) {}
-
-    [[nodiscard]] Object label(At at = At::here()) const { return item(0, at); }
-    [[nodiscard]] ConfigElement element(At at = At::here()) const { return ConfigElement(item(1, at)); }
-    [[nodiscard]] Object tag(At at = At::here()) const { return item(3, at); }
-};
+// One row of the settings list: label, element, description, tag.
+[[nodiscard]] inline Object labelOf(const Object& row, At at = At::here())
+{
+    return row.item(0, at);
+}
+[[nodiscard]] inline ConfigElement elementOf(const Object& row, At at = At::here())
+{
+    return ConfigElement(row.item(1, at));
+}
+[[nodiscard]] inline Object tagOf(const Object& row, At at = At::here())
+{
+    return row.item(3, at);
+}
 
 struct ConfigList : Object {
     explicit ConfigList(Object object) : Object(std::move(object)) {}
