@@ -136,7 +136,14 @@ bool Object::isInstanceOf(const Object& type, At at) const
 
 bool Object::isEqual(Argument value, At at) const
 {
-    if (generation::isPlainText(pointer_) && generation::isPlainText(value.get()))
+    if (pointer_ == value.get() && isPlainText())
+        return true; // two names of the same constant text, mostly
+    return isEqualToOther(value, at);
+}
+
+bool Object::isEqualToOther(Argument value, At at) const
+{
+    if (isPlainText() && generation::isPlainText(value.get()))
         return generation::textEquals(pointer_, value.get());
     return adopt(host_, PyObject_RichCompare(pointer_, value.get(), Py_EQ), at).truth(at);
 }

@@ -220,8 +220,9 @@ private:
     void storeAttr(Named name, Argument value) const;
     void storeItem(Named key, Argument value) const;
     [[nodiscard]] Object fetchItem(Argument key, At at) const;
-    // Apart, so that the ways for plain tuples and lists don't pay for their stack frames.
+    // Apart, so that the short ways, for plain objects, don't pay for their stack frames.
     [[nodiscard, gnu::noinline]] Object itemOfOther(int index, At at) const;
+    [[nodiscard, gnu::noinline]] bool isEqualToOther(Argument value, At at) const;
     [[gnu::noinline]] void appendToOther(const Object& value, At at) const;
     Object callMethod(Named method, PyPointer* room, std::size_t count) const;
     Object callSelf(At at, PyPointer* room, std::size_t count) const;
