@@ -6,20 +6,16 @@ import xml.etree.ElementTree as ElementTree
 
 MAKE, REPEAT, BREAK = "m", "r", "b"
 
-KEYS = ("up", "down", "left", "right", "ok", "exit", "red", "green", "yellow", "blue", "menu", "info", "epg",
-        "tv", "radio", "channelup", "channeldown", "previous", "next", "text",
-        "0", "1", "2", "3", "4", "5", "6", "7", "8", "9")
-
-# The keys that letters of a keyboard stand for: with Shift, and where no list searches for what is typed.
-LETTERS = {"t": "tv", "r": "radio", "m": "menu", "i": "info", "e": "epg"}
-
-
 # The codes that a remote control sends, and the bits of what happens to a key, for bindings that a plug-in makes.
 CODES = {103: "up", 108: "down", 105: "left", 106: "right", 352: "ok", 28: "ok", 174: "exit", 398: "red", 399: "green",
          400: "yellow", 401: "blue", 139: "menu", 358: "info", 365: "epg", 377: "tv", 385: "radio", 402: "channelup",
          403: "channeldown", 412: "previous", 407: "next", 388: "text", 11: "0",
          **{number + 1: str(number) for number in range(1, 10)}}
 FLAGS = {1: MAKE, 2: BREAK, 4: REPEAT}
+KEYS = tuple(dict.fromkeys(CODES.values()))
+
+# The keys that letters of a keyboard stand for: with Shift, and where no list searches for what is typed.
+LETTERS = {"t": "tv", "r": "radio", "m": "menu", "i": "info", "e": "epg"}
 
 
 def read_keymap(*paths):

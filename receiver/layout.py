@@ -1,5 +1,6 @@
 """Layouts: the screens of a skin file, with the attributes that boxes use, as plain data."""
 
+import re
 import xml.etree.ElementTree as ElementTree
 
 from receiver.picture import HEIGHT, WIDTH, Box, ScreenView
@@ -58,12 +59,11 @@ class Skin:
     def color(self, text):
         """A colour of the picture from a name or from "#rrggbb" or "#aarrggbb", where aa 00 is opaque."""
         text = self.colors.get(text, text)
-        digits = text[1:]
-        if not text.startswith("#") or len(digits) not in (6, 8):
+        match = re.fullmatch("#([0-9a-fA-F]{2})?([0-9a-fA-F]{6})", text)
+        if not match:
             raise ValueError("unknown color %s" % text)
-        int(digits, 16)
-        alpha = 255 - int(digits[:2], 16) if len(digits) == 8 else 255
-        return "#" + digits[-6:] + ("" if alpha == 255 else "%02x" % alpha)
+        alpha = 255 - int(match[1] or "0", 16)
+        return "#" + match[2] + ("" if alpha == 255 else "%02x" % alpha)
 
 
 def _place(xml, outer, size=""):

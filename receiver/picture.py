@@ -70,10 +70,6 @@ class ScreenView:
     background: str
     boxes: list
 
-    def box(self, role):
-        """The first box with this role, or None."""
-        return next((box for box in self.boxes if box.role == role), None)
-
 
 @dataclass
 class Picture:

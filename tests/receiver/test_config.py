@@ -98,11 +98,6 @@ class YesNo(BoxTest):
                             ("0", False), ("", False), ("maybe", False)):
             self.assertIs(element.fromstring(text), value)
 
-    def test_any_value_becomes_a_truth_value(self):
-        element = host.ConfigYesNo()
-        element.value = 1
-        self.assertIs(element.value, True)
-
 
 class Selection(BoxTest):
     def setUp(self):

@@ -134,7 +134,7 @@ class LayoutTest(TvTest):
     def test_boxes_lie_where_the_skin_says(self):
         screen = self.show('<widget name="label" position="10,20" size="200,30" font="Regular;26" halign="right" '
                            'foregroundColor="#00ff0000" backgroundColor="#80000000"/>')
-        box = screen.box("label")
+        box, = screen.boxes
         self.assertEqual((screen.x, screen.y, screen.width, screen.height), (100, 50, 400, 300))
         self.assertEqual((box.x, box.y, box.width, box.height), (110, 70, 200, 30))
         self.assertEqual((box.text, box.font_size, box.halign), ("a label", 26, "right"))
@@ -144,7 +144,7 @@ class LayoutTest(TvTest):
         screen = self.show('<widget name="label" position="center,center" size="100,100"/>',
                            'position="center,center" size="400,300"')
         self.assertEqual((screen.x, screen.y), (440, 210))
-        self.assertEqual((screen.box("label").x, screen.box("label").y), (590, 310))
+        self.assertEqual((screen.boxes[0].x, screen.boxes[0].y), (590, 310))
 
     def test_order_is_by_z_position(self):
         screen = self.show('<widget name="label" position="0,0" size="9,9" zPosition="2"/>'

@@ -85,8 +85,7 @@ class TvTest(unittest.TestCase):
 
     def text(self, role):
         """The text of the top screen's box with this role; None when there is no such box."""
-        box = self.top.box(role)
-        return None if box is None else box.text
+        return next((box.text for box in self.top.boxes if box.role == role), None)
 
     @property
     def list(self):

@@ -28,7 +28,7 @@ class FileList(ListComponent):
     def __init__(self, directory, showDirectories=True, showFiles=True, showMountpoints=True, inhibitDirs=None, inhibitMounts=None):
         super().__init__(paint=_paint, wrap=False)
         del self.native_keys.actions["moveTop"], self.native_keys.actions["moveEnd"]  # its screen would not hear of the move
-        self.showDirectories, self.showFiles, self.inhibitDirs = showDirectories, showFiles, inhibitDirs or []
+        self.showDirectories, self.showFiles = showDirectories, showFiles
         self.changeDir(directory)
 
     def changeDir(self, directory, select=None):
@@ -48,8 +48,7 @@ class FileList(ListComponent):
         if self.showDirectories and directory != "/":
             rows.append(_row(os.path.dirname(directory.rstrip("/")).rstrip("/") + "/", True, PARENT))
         if self.showDirectories:
-            rows += [_row(directory + name + "/", True, name) for name in names
-                     if name in folders and directory + name not in self.inhibitDirs]
+            rows += [_row(directory + name + "/", True, name) for name in names if name in folders]
         if self.showFiles:
             rows += [_row(name, False, name) for name in names if name not in folders]
         return rows

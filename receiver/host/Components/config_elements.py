@@ -126,9 +126,6 @@ class ConfigYesNo(ConfigElement):
     def __init__(self, default=False):
         super().__init__(default)
 
-    def normalize(self, value):
-        return bool(value)
-
     def fromstring(self, text):
         # Old images write lower case, and people edit this file.
         return text.lower() in ("1", "enable", "on", "true", "yes")
@@ -242,6 +239,3 @@ class ConfigText(ConfigElement):
 
     def __init__(self, default="", fixed_size=True):
         super().__init__(default)
-
-    def normalize(self, value):
-        return str(value)

@@ -1,6 +1,6 @@
 """Channel lists: bouquets and services, for TV and radio."""
 
-from functools import partial
+from functools import partial, partialmethod
 
 from Components.ActionMap import ActionMap
 from Components.ServiceList import ServiceList
@@ -46,13 +46,11 @@ class SimpleChannelSelection(Screen):
         current = self.servicelist.getCurrent()
         return eServiceReference() if current is None and not running.gui.profile.empty_selection_is_none else current
 
-    def setTvMode(self):
-        self.mode = "TV"
+    def _setMode(self, mode):
+        self.mode = mode
         self._showTitle()
 
-    def setRadioMode(self):
-        self.mode = "Radio"
-        self._showTitle()
+    setTvMode, setRadioMode = partialmethod(_setMode, "TV"), partialmethod(_setMode, "Radio")
 
     def setModeTv(self):
         self.setTvMode()
