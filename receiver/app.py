@@ -45,7 +45,8 @@ def crash_view(trace, resolution):
     skin.load(HERE / "skin" / (resolution + ".xml"))
     layout = skin.layout(skin.screens["CrashScreen"])
     texts = {"trace": trace.strip("\n"), "hint": "The GUI starts again in a moment. OK: now"}
-    return picture.view(layout, layout.title, {name: SimpleNamespace(text=text) for name, text in texts.items()})
+    return picture.view(layout, layout.title, {
+        name: SimpleNamespace(text=text, visible=True, instance=None) for name, text in texts.items()})
 
 
 class Receiver:
@@ -74,9 +75,9 @@ class Receiver:
         self._restart_timer = None
 
     def switch_on(self):
-        """Start the GUI; the first plug-in of the menu opens by itself."""
+        """Start the GUI; the plug-in opens by itself."""
         self.is_on = True
-        self._start(first_plugin=True)
+        self._start(show_plugin=True)
 
     def switch_off(self):
         """End the GUI in good order: what its screens have saved is in the settings file."""
@@ -137,7 +138,7 @@ class Receiver:
         """The list widget of the screen on top, None if it has none or does not run."""
         screens = self._gui.session.screens() if self.is_on and self.crash is None and not self.is_closing else ()
         components = screens[-1].values() if screens else ()
-        widgets = (component.instance for component in components if getattr(component, "visible", False))
+        widgets = (component.instance for component in components if component.visible)
         return next(filter(None, widgets), None)
 
     @property
@@ -170,7 +171,9 @@ class Receiver:
             trace = "".join(traceback.format_exception(type(error), error, error.__traceback__.tb_next))
             self.console.write(trace)
             if not self._forgive(error):
-                self._crashed(trace)
+                self._gui.stop()
+                self.crash = trace
+                self._restart_timer = self.loop.call_later(CRASH_SECONDS, self._start)
             return False
         return True
 
@@ -188,17 +191,12 @@ class Receiver:
             return False
         return True
 
-    def _start(self, first_plugin=False):
+    def _start(self, show_plugin=False):
         if self._restart_timer is not None:
             self._restart_timer.cancel()
         self.crash = self._restart_timer = None
         self._gui = Gui(self)
-        self.guard(self._gui.start, first_plugin)
-
-    def _crashed(self, trace):
-        self._gui.stop()
-        self.crash = trace
-        self._restart_timer = self.loop.call_later(CRASH_SECONDS, self._start)
+        self.guard(self._gui.start, show_plugin)
 
     def _info(self):
         cache = eEPGCache.getInstance()

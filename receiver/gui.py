@@ -36,10 +36,10 @@ class Gui:
         self.timers = weakref.WeakSet()
         self.session = None
 
-    def start(self, first_plugin=False):
+    def start(self, show_plugin=False):
         """Import the host and the plug-in, open the main menu and tell the plug-in about the session.
 
-        first_plugin -- also open what it offers in the menu
+        show_plugin -- also open what it offers in the menu
         """
         running.gui = self
         forget_modules()
@@ -55,14 +55,16 @@ class Gui:
         importlib.import_module("Components.UsageConfig").InitUsageConfig(settings.config, self.profile)
         self._start_epg_cache(settings.config)
         importlib.import_module("skin").loadSkin(self.resolution + ".xml")
-        found = importlib.import_module("Components.PluginComponent")
-        found.plugins.readPluginList()
+        plugins = importlib.import_module("Components.PluginComponent").plugins
+        plugins.readPluginList()
         self.session = Session()
         self.session.open(importlib.import_module("Screens.MainMenu").MainMenu)
-        found.plugins.sessionStart(self.session)
-        if first_plugin:
-            for plugin in found.plugins.getPlugins(found.PluginDescriptor.WHERE_PLUGINMENU)[:1]:
-                plugin(session=self.session)
+        where = importlib.import_module("Plugins.Plugin").PluginDescriptor
+        for plugin in plugins.getPlugins(where.WHERE_SESSIONSTART):
+            plugin.fnc(reason=0, session=self.session)
+        if show_plugin:
+            for plugin in plugins.getPlugins(where.WHERE_PLUGINMENU):
+                plugin.fnc(session=self.session)
 
     def _start_epg_cache(self, config):
         """The events of the cache's file, then those that the broadcast brings; a client receives none."""
@@ -79,7 +81,7 @@ class Gui:
             eEPGCache.getInstance().receive(eServiceCenter.getInstance().first(MOST_SERVICES), forbidden)
 
     def save(self):
-        """Write the settings file, if that changes anything: looking around leaves a folder as it is. Images save the EPG, too."""
+        """Write the settings file, if that changes anything: looking around leaves a folder as it is. Images save the EPG."""
         configfile = importlib.import_module("Components.config").configfile
         if configfile.isChanged():
             configfile.save()

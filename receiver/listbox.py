@@ -6,22 +6,17 @@ from itertools import chain, islice
 from receiver.picture import Row
 
 
-def text_row(row):
-    """The looks of a text, or of a tuple whose first field is one."""
-    return Row(str(row[0]) if isinstance(row, tuple) else str(row))
-
-
 class eListbox:
     """The widget and its content in one; plug-ins have them as `instance` and `l` of a list.
 
-    paint -- makes a picture's `Row` of a row
+    paint -- makes a picture's `Row` of a row; without it that is the row's first field
     selectable -- true for a row that the cursor may stand on
     wrap -- whether the cursor goes from the last row to the first
     """
 
     moveUp, moveDown, moveTop, moveEnd, pageUp, pageDown = range(6)
 
-    def __init__(self, paint=text_row, selectable=lambda row: True, wrap=True):
+    def __init__(self, paint=lambda row: Row(row[0]), selectable=lambda row: True, wrap=True):
         self.paint, self._selectable, self.wrap = paint, selectable, wrap
         self.rows, self.cursor = [], 0
         self.first, self.page = 0, 10

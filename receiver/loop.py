@@ -65,17 +65,15 @@ class eTimer:
     def isActive(self):
         return self._handle is not None
 
-    def timeout(self):
-        """What the loop calls when the time has come."""
-        self._handle = None
-        if self._again is not None:
-            self.start(self._again)
-        for function in list(self.callback):
-            if not running.gui.guard(function):
-                break
-
 
 def _fire(reference):
+    """What the loop calls when a timer's time has come."""
     timer = reference()
-    if timer is not None:
-        timer.timeout()
+    if timer is None:
+        return
+    timer._handle = None
+    if timer._again is not None:
+        timer.start(timer._again)
+    for function in list(timer.callback):
+        if not running.gui.guard(function):
+            break

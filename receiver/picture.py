@@ -106,10 +106,10 @@ def _box(element, layout, components):
     if box.component is None:
         return box
     component = components.get(box.component)
-    if component is None or not getattr(component, "visible", True):
+    if component is None or not component.visible:
         return None
     box.role = "title" if box.component == "Title" else box.component
-    listbox = getattr(component, "instance", None)
+    listbox = component.instance
     if listbox is None:
         box.text = component.text
     else:

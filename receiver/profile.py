@@ -5,9 +5,9 @@ further difference is a field here and one question at the place where the image
 """
 
 from dataclasses import dataclass, field
-from pathlib import Path
 
-HERE = Path(__file__).resolve().parent
+from receiver.places import HERE
+
 KEYMAP = HERE / "keymap.xml"
 
 
@@ -52,12 +52,8 @@ MISSING_EVERYWHERE = ("Screens.ChannelSelection:eEnv", "Components.ConfigList:ge
 
 # No image has what the plug-in itself would have to define.
 KEYS_EVERYWHERE = {
-    "misc.timer_show_movie_available": None,
-    "misc.epg_dvb_blacklist_mode": None,
-    "misc.epg_is_client_stb": None,
-    "misc.epg_data_timer": None,
-    "usage.epg_default_view": None,
-    "usage.epg_buffer": None,
+    **dict.fromkeys(("misc.timer_show_movie_available", "misc.epg_dvb_blacklist_mode", "misc.epg_is_client_stb",
+                     "misc.epg_data_timer", "usage.epg_default_view", "usage.epg_buffer"), None),
     "usage.show_old_epg": "epg.histminutes",
     "usage.show_nownext_eit": "usage.show_eit_nownext",
     "usage.autolanguage.epglanguage": "autolanguage.audio_epglanguage",

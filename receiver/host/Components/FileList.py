@@ -25,7 +25,8 @@ class FileList(ListComponent):
     A directory's path ends with a slash; a file's is its bare name. A directory that can't be read looks empty.
     """
 
-    def __init__(self, directory, showDirectories=True, showFiles=True, showMountpoints=True, inhibitDirs=None, inhibitMounts=None):
+    def __init__(self, directory, showDirectories=True, showFiles=True, showMountpoints=True, inhibitDirs=None,
+                 inhibitMounts=None):
         super().__init__(paint=_paint, wrap=False)
         del self.native_keys.actions["moveTop"], self.native_keys.actions["moveEnd"]  # its screen would not hear of the move
         self.showDirectories, self.showFiles = showDirectories, showFiles

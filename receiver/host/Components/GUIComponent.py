@@ -5,9 +5,14 @@ class Component:
     """What a screen tells its components. `text` is what a layout draws of one that is no list."""
 
     text = ""
+    visible = True
+    instance = None  # the widget of a list; a text needs none
 
     def setText(self, text):
         self.text = text
+
+    def applyLayout(self, element):
+        """Take from the layout what the component must know of its own size."""
 
     def execBegin(self):
         """The screen runs."""
@@ -20,10 +25,4 @@ class Component:
 
 
 class GUIComponent(Component):
-    """`instance` is the widget of a list; a text needs none."""
-
-    instance = None
-    visible = True
-
-    def applyLayout(self, element):
-        """Take from the layout what the component must know of its own size."""
+    pass

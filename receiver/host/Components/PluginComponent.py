@@ -5,7 +5,6 @@ import importlib.util
 import sys
 import traceback
 
-from Plugins.Plugin import PluginDescriptor
 from receiver.places import PLUGIN_FOLDERS
 
 PACKAGE = "Plugins.Extensions.Veltro"
@@ -26,11 +25,6 @@ class PluginComponent:
 
     def getPlugins(self, where):
         return [plugin for plugin in self.plugins if plugin.where == where]
-
-    def sessionStart(self, session):
-        """Tell the plug-ins that want to know that there is a session now."""
-        for plugin in self.getPlugins(PluginDescriptor.WHERE_SESSIONSTART):
-            plugin(reason=0, session=session)
 
 
 plugins = PluginComponent()

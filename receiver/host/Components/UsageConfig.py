@@ -23,22 +23,17 @@ AGES = [(count * minutes, "%d %s%s" % (count, unit, "" if count == 1 else "s"))
         for minutes, unit, counts in ((1, "minute", (0, 15, 30, 45)), (60, "hour", (1, 2, 3, 4, 6, 8, 12, 18)),
                                       (1440, "day", range(1, 8))) for count in counts]
 
-YES, NO = partial(ConfigYesNo, True), partial(ConfigYesNo, False)
-
 # Every key with what makes its element, at the place where a plug-in looks for it; images have most of them elsewhere.
 KEYS = {
-    "usage.multiepg_ask_bouquet": NO,
-    "misc.timer_show_movie_available": YES,
+    **dict.fromkeys(("misc.timer_show_movie_available", "usage.show_nownext_eit", "usage.epg.eit", "usage.epg.freesat",
+                     "usage.epg.viasat", "usage.epg.netmed"), partial(ConfigYesNo, True)),
+    **dict.fromkeys(("usage.multiepg_ask_bouquet", "usage.epg.mhw", "usage.epg.virgin", "misc.epg_dvb_blacklist_mode",
+                     "misc.epg_is_client_stb"), partial(ConfigYesNo, False)),
     "usage.epg_default_view": partial(ConfigSelection, VIEWS, "graphical"),
     "usage.epg_buffer": partial(ConfigSelectionNumber, 1, 28, 1, 7),
     "usage.show_old_epg": partial(ConfigSelection, AGES),
-    "usage.show_nownext_eit": YES,
     "usage.autolanguage.epglanguage": partial(ConfigSelection, LANGUAGES),
     "usage.autolanguage.epglanguage_alternative": partial(ConfigSelection, LANGUAGES),
-    **dict.fromkeys(("usage.epg.eit", "usage.epg.freesat", "usage.epg.viasat", "usage.epg.netmed"), YES),
-    **dict.fromkeys(("usage.epg.mhw", "usage.epg.virgin"), NO),
-    "misc.epg_dvb_blacklist_mode": NO,
-    "misc.epg_is_client_stb": NO,
     "misc.epg_data_timer": partial(ConfigInteger, 60, limits=(0, 1440), step=5),
     "misc.epgcache_filename": partial(ConfigText, env.EPG_FILE),
 }

@@ -148,20 +148,17 @@ class ConfigSelection(ConfigElement):
     wraparound = True
 
     def __init__(self, choices, default=None):
-        self._define(choices)
-        super().__init__(self._known(default))
+        super().__init__(self._take(choices, default))
 
-    def _define(self, choices):
+    def _take(self, choices, default):
+        """Take these choices. Returns the default among them."""
         self.description = dict(choice if isinstance(choice, tuple) else (choice, str(choice)) for choice in choices)
         self.choices = list(self.description)
-
-    def _known(self, value):
-        return value if value in self.choices else self.choices[0]
+        return default if default in self.choices else self.choices[0]
 
     def setChoices(self, choices, default=None):
         """Replace the choices; a value that is no longer there gives way to the default."""
-        self._define(choices)
-        self.default = self._known(default)
+        self.default = self._take(choices, default)
         self.value = self.value
 
     def getIndex(self):

@@ -8,6 +8,3 @@ class PluginDescriptor:
 
     def __init__(self, name="Plugin", where=None, description="", icon=None, fnc=None):
         self.name, self.where, self.description, self.icon, self.fnc = name, where, description, icon, fnc
-
-    def __call__(self, **keywords):
-        return self.fnc(**keywords)

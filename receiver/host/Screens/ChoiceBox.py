@@ -32,7 +32,8 @@ class ChoiceBox(Screen):
         self["list"] = MenuList([*zip(keys, list)], paint=_paint)
         self["list"].moveToIndex(selection)
         self["actions"] = ActionMap(["OkCancelActions", "NumberActions", "ColorActions", "MenuActions"], {
-            "ok": self.go, "cancel": self.cancel, "menu": self.cancel, **{key: partial(self.goKey, key) for key in KEYS}}, prio=-1)
+            "ok": self.go, "cancel": partial(self.close, None), "menu": partial(self.close, None),
+            **{key: partial(self.goKey, key) for key in KEYS}}, prio=-1)
         self.onLayoutFinish.append(self.shrinkList)
 
     def go(self):
@@ -44,6 +45,3 @@ class ChoiceBox(Screen):
             if name == key:
                 self.close(entry)
                 return
-
-    def cancel(self):
-        self.close(None)

@@ -27,8 +27,7 @@ class MainMenu(Screen):
         Notifications.notificationAdded.append(self.showNotifications)
 
     def ok(self):
-        """Open what is selected."""
-        self["list"].getCurrent()[1](session=self.session)
+        self["list"].getCurrent()[1].fnc(session=self.session)
 
     def describe(self):
         self["description"].text = self["list"].getCurrent()[1].description

@@ -25,7 +25,7 @@ class MessageBox(Screen):
         self["list"].visible = type == self.TYPE_YESNO
         self["list"].moveToIndex(0 if default else 1)
         self.onLayoutFinish.append(self.shrinkList)
-        self["actions"] = ActionMap(["OkCancelActions"], {"ok": self.ok, "cancel": self.cancel}, -1)
+        self["actions"] = ActionMap(["OkCancelActions"], {"ok": self.ok, "cancel": lambda: self.close(False)}, -1)
         self.timer = eTimer()
         self.timer.callback.append(self.ok)
         if timeout > 0:
@@ -34,6 +34,3 @@ class MessageBox(Screen):
     def ok(self):
         answer = self["list"].getCurrent()
         self.close(answer[1] if answer else True)
-
-    def cancel(self):
-        self.close(False)

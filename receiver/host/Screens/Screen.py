@@ -55,8 +55,7 @@ class Screen(dict):
             if element.source or not isinstance(component, Source):
                 print("[Skin] %s: component '%s' was not found in screen" % (self.layout.name, element.component))
             return False
-        if not element.source:
-            component.applyLayout(element)
+        component.applyLayout(element)
         return True
 
     def shrinkList(self):
