@@ -192,6 +192,8 @@ class Receiver:
         return True
 
     def _start(self, show_plugin=False):
+        if not self.is_on:  # switched off while the crash screen was shown
+            return
         if self._restart_timer is not None:
             self._restart_timer.cancel()
         self.crash = self._restart_timer = None

@@ -424,6 +424,10 @@ class CrashTest(TvTest):
         self.receiver.switch_off()
         self.press("wait:20s")
         self.assertEqual(self.picture.screens, [])
+        self.assertIsNone(self.receiver._gui.session, "it has not started again")
+        self.switch_on()
+        self.press("wait:20s")
+        self.assertEqual(self.top.name, "Veltro")
 
 
 class OperationErrorTest(TvTest):
