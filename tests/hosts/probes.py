@@ -382,6 +382,8 @@ def entries_of_a_directory(session):
     listing = FileList(folder + "/", showDirectories=True, showFiles=True, inhibitMounts=[], inhibitDirs=[])
     yield rows(listing)
     yield [shown(listing.getSelection()), outcome(listing.canDescent), listing.getCurrentDirectory()]
+    row = listing.list[1]
+    yield [type(row).__name__, type(row[1]).__name__, [value for value in row[1] if isinstance(value, str)], outcome(listing.getSelectionIndex)]
     yield rows(FileList(folder + "/", showDirectories=True, showFiles=False))
     yield rows(FileList(folder + "/empty/", showDirectories=True, showFiles=True))
     yield rows(FileList("/media/hdd/nothing/", showDirectories=True, showFiles=True))
