@@ -2,7 +2,6 @@
 
 import os
 import shutil
-import sys
 import tempfile
 
 from tests.host_double import host as strict_host

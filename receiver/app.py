@@ -8,7 +8,7 @@ from collections import deque
 from types import SimpleNamespace
 
 from receiver import picture
-from receiver.actions import BREAK, MAKE, REPEAT
+from receiver.actions import BREAK, LETTERS, MAKE, REPEAT
 from receiver.data import env, walls
 from receiver.data.epg_cache import eEPGCache
 from receiver.gui import Gui
@@ -105,11 +105,12 @@ class Receiver:
             self._start()
 
     def type(self, char):
-        """A character of a keyboard, for a list that searches by name. False if none is open: it may then mean a key."""
+        """A character of a keyboard, for a list that searches by name. Where none is open, the key that the letter means."""
         taken = []
         if self.is_on and self.crash is None:
             self.guard(lambda: taken.append(self._gui.actions.type(char)))
-        return any(taken)
+        if not any(taken) and char.lower() in LETTERS:
+            self.press(LETTERS[char.lower()])
 
     def go_to(self, index):
         """Move the open list's cursor to a row, with the arrows: a screen may do more on these keys than move the cursor."""

@@ -16,7 +16,7 @@ KEYS = {
     Keys.Up: "up", Keys.Down: "down", Keys.Left: "left", Keys.Right: "right", Keys.Enter: "ok", Keys.ControlJ: "ok",
     Keys.Escape: "exit", Keys.Backspace: "exit", Keys.F1: "red", Keys.F2: "green", Keys.F3: "yellow", Keys.F4: "blue",
     Keys.PageUp: "channelup", Keys.PageDown: "channeldown", Keys.Home: "previous", Keys.End: "next",
-    **LETTERS, **{letter.upper(): key for letter, key in LETTERS.items()}, **{digit: digit for digit in "0123456789"},
+    **{letter.upper(): key for letter, key in LETTERS.items()}, **{digit: digit for digit in "0123456789"},
 }
 QUIT = ("q", Keys.ControlC)
 ESCAPE_SECONDS = 0.05  # a lone Esc may be the beginning of another key's code
@@ -55,10 +55,10 @@ class Terminal:
     def _press(self, key):
         if key in QUIT:
             self.receiver.switch_off()
-            return
-        is_text = len(key) == 1 and key not in KEYS or key in LETTERS
-        if not (is_text and self.receiver.type(key)) and key in KEYS:
+        elif key in KEYS:
             self.receiver.press(KEYS[key])
+        elif len(key) == 1:
+            self.receiver.type(key)
 
     def _changed(self):
         if self.receiver.is_on:

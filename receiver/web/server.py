@@ -17,7 +17,7 @@ import socket
 
 from aiohttp import WSMsgType, web
 
-from receiver.actions import BREAK, KEYS, LETTERS, MAKE, REPEAT
+from receiver.actions import BREAK, KEYS, MAKE, REPEAT
 from receiver.options import UsageError
 from receiver.web import html
 
@@ -140,8 +140,7 @@ class Server:
         elif what in ("g", "s") and re.fullmatch("-?[0-9]{1,6}", value):
             (self.receiver.go_to if what == "g" else self.receiver.scroll)(int(value))
         elif what == "c" and len(value) == 1:
-            if not self.receiver.type(value) and value.lower() in LETTERS:
-                self.receiver.press(LETTERS[value.lower()])
+            self.receiver.type(value)
         elif (what, value) == ("on", ""):
             if not self.receiver.is_on:
                 self.receiver.switch_on()

@@ -1,6 +1,7 @@
 """The host's own lists, pop-ups and channel list."""
 
 import os
+from unittest import mock
 
 from tests.receiver.tv import TvTest, host
 
@@ -273,7 +274,7 @@ class ChannelListTest(TvTest):
         names = self.names()
         for text in ("pinecone sport 2", "q", "N"):
             for char in text:
-                self.assertTrue(self.receiver.type(char))
+                self.receiver.type(char)
             self.assertEqual(self.current(), next(name for name in names if name.casefold().startswith(text.casefold())))
             self.press("wait:2s")
         first = self.current()
@@ -281,8 +282,13 @@ class ChannelListTest(TvTest):
         self.assertEqual(self.current(), names[names.index(first) + 1])
         self.receiver.type("z")  # nothing begins with nz: the cursor stays
         self.assertEqual(self.current(), names[names.index(first) + 1])
+        with mock.patch.object(self.receiver, "press") as press:
+            self.receiver.type("r")
+            press.assert_not_called()
         self.press("exit")
-        self.assertFalse(self.receiver.type("n"))
+        with mock.patch.object(self.receiver, "press") as press:
+            self.receiver.type("r")  # no list searches any more: it is the remote's key
+            press.assert_called_once_with("radio")
 
     def test_channel_keys_page_where_there_is_no_next_bouquet(self):
         self.run_in_gui(self.screen.showAllServices)
