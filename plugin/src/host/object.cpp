@@ -276,10 +276,8 @@ void Iteration::Cursor::advance()
         if (next == nullptr && PyErr_Occurred() != nullptr)
             throwError(at_);
     }
-    if (next != nullptr)
-        current_.emplace(Object(host_, next));
-    else
-        current_.reset();
+    const PyPointer last = std::exchange(current_.pointer_, next);
+    Py_XDECREF(last);
 }
 
 std::pair<Object, Object> unpackTwo(const Object& iterable, At at)

@@ -1,7 +1,8 @@
 // Handles to the host's Python objects, and the error that a failing call throws.
 //
 // Ownership
-//  1. An Object owns exactly one reference and is never empty, except after it was moved from.
+//  1. An Object owns exactly one reference and is never empty, except after it was moved from and at the end of an
+//     iteration.
 //  2. A raw pointer comes in by two named doors only: `adopt` takes over a new reference and turns null into the
 //     pending Python exception; `share` adds a reference to a borrowed one.
 //  3. An Error owns the Python exception. It is thrown at the failing call and caught once, where the operation ends.
@@ -280,27 +281,29 @@ public:
     class Cursor {
     public:
         Cursor(const Object& source, At at)
-            : host_(source.host()), source_(source.get()), isList_(source.isPlainList()), at_(at)
+            : current_(source.host(), nullptr), source_(source.get()), isList_(source.isPlainList()), at_(at)
         {
             advance();
         }
-        const Object& operator*() const noexcept { return *current_; }
+        const Object& operator*() const noexcept { return current_; }
         Cursor& operator++()
         {
             advance();
             return *this;
         }
-        friend bool operator!=(const Cursor& cursor, std::nullptr_t) noexcept { return cursor.current_.has_value(); }
+        friend bool operator!=(const Cursor& cursor, std::nullptr_t) noexcept
+        {
+            return cursor.current_.get() != nullptr;
+        }
 
     private:
         void advance();
 
-        Host host_;
+        Object current_;   // empty at the end
         PyPointer source_; // the iteration's
         bool isList_;
         At at_;
         std::ptrdiff_t next_ = 0; // of a plain list
-        std::optional<Object> current_;
     };
 
     Iteration(const Object& iterable, At at);
