@@ -5,6 +5,7 @@ receiver's own: a word, a checksum, and that as JSON. A file of anything else is
 """
 import contextlib
 import errno
+import functools
 import json
 import os
 import zlib
@@ -25,6 +26,15 @@ def unpack(data):
     if header + b"\n" != _HEADER % zlib.crc32(body):
         raise ValueError("broken, or of another version")
     return json.loads(body)
+
+
+@functools.lru_cache(maxsize=1)
+def _counts_in(path, *state):
+    """(events, services) in a file, read once in each of its states, for the picture asks at every frame; None if it is broken."""
+    with contextlib.suppress(OSError, ValueError):
+        events = unpack(read_file(path))
+        return sum(events.values()), len(events)
+    return None
 
 
 class eEPGCache(env.OnlyOne):
@@ -77,9 +87,8 @@ class eEPGCache(env.OnlyOne):
     def fileCounts(self):
         """(events, services) in the file; None when it is missing or could not be loaded."""
         with contextlib.suppress(OSError, ValueError), walls.outside():
-            if walls.is_epg_file(env.real(self.path)):
-                events = unpack(read_file(self.path))
-                return sum(events.values()), len(events)
+            info = os.stat(env.real(self.path))
+            return _counts_in(self.path, info.st_ino, info.st_size, info.st_mtime_ns)
         return None
 
     def receive(self, refs, skip=()):

@@ -6,6 +6,7 @@ import subprocess
 import sys
 from unittest import mock
 
+from receiver.data import epg_cache
 from receiver.data.epg_cache import eEPGCache
 from receiver.data.reference import eServiceReference
 from tests.receiver.boxes import SAMPLE, BoxTest
@@ -94,6 +95,8 @@ class File(CacheTest):
         self.fill()
         self.cache.save()
         self.assertEqual(self.cache.fileCounts(), (420, 2))
+        with mock.patch.object(epg_cache, "unpack", side_effect=AssertionError("read again")):
+            self.assertEqual(self.cache.fileCounts(), (420, 2))
         self.overwrite(b"rubbish")
         self.assertIsNone(self.cache.fileCounts())
         os.unlink(self.path)
