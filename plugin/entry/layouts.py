@@ -1,7 +1,7 @@
 """The screens' layouts, for skins that do not bring their own: made from what the skin has for the host's own screens.
 
-They stand in the class attribute `skin`, which every host reads only when no loaded skin has the screen, and are made when
-it is read: by then the skin is there, and after it was changed the next screen gets another layout.
+They stand in the class attributes `parsedSkin` and `skin`, which every host reads only when no loaded skin has the screen, and
+are made when one is read: by then the skin is there, and after it was changed the next screen gets another layout.
 """
 
 from __future__ import absolute_import

@@ -7,7 +7,6 @@
 
 #include <structmember.h>
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 
