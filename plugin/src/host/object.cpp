@@ -21,23 +21,15 @@ Object Object::share(Host host, PyPointer borrowed) noexcept
     return {host, borrowed};
 }
 
-Object::Object(const Object& other) noexcept : host_(other.host_), pointer_(other.pointer_)
+PyPointer Object::another(PyPointer object) noexcept
 {
-    Py_XINCREF(pointer_);
+    Py_XINCREF(object);
+    return object;
 }
 
-Object::Object(Object&& other) noexcept : host_(other.host_), pointer_(other.release()) {}
-
-Object& Object::operator=(Object other) noexcept
+void Object::drop(PyPointer object) noexcept
 {
-    std::swap(host_, other.host_);
-    std::swap(pointer_, other.pointer_);
-    return *this;
-}
-
-Object::~Object()
-{
-    Py_XDECREF(pointer_);
+    Py_DECREF(object);
 }
 
 // --- Argument --------------------------------------------------------------------------------------------------------
@@ -53,9 +45,9 @@ PyPointer Argument::boolean(bool value) noexcept
 
 // --- Object: attributes, items, calls --------------------------------------------------------------------------------
 
-Object Object::attr(Named name) const
+PyPointer Object::fetchAttr(PyPointer object, PyPointer name, At at)
 {
-    return adopt(host_, PyObject_GetAttr(pointer_, host_.constant(name.text)), name.at);
+    return require(PyObject_GetAttr(object, name), at);
 }
 
 void Object::storeAttr(Named name, Argument value) const
@@ -63,19 +55,23 @@ void Object::storeAttr(Named name, Argument value) const
     require(PyObject_SetAttr(pointer_, host_.constant(name.text), value.get()), name.at);
 }
 
-Object Object::item(int index, At at) const
+PyPointer Object::itemOfPlainTuple(PyPointer object, int index) noexcept
 {
-    // The short way, without an integer object.
-    if (isPlainTuple())
-        return share(host_, require(PyTuple_GetItem(pointer_, index), at));
-    return itemOfOther(index, at);
+    return PyTuple_CheckExact(object) ? PyTuple_GetItem(object, index) : nullptr;
 }
 
-Object Object::itemOfOther(int index, At at) const
+PyPointer Object::fetchItem(PyPointer object, int index, At at)
 {
-    if (isPlainList())
-        return share(host_, require(PyList_GetItem(pointer_, index), at));
-    return fetchItem(Argument(host_, host_.integer(index)), at);
+    if (PyTuple_CheckExact(object) || PyList_CheckExact(object)) { // without an integer object
+        const PyPointer borrowed =
+            require(PyList_CheckExact(object) ? PyList_GetItem(object, index) : PyTuple_GetItem(object, index), at);
+        Py_INCREF(borrowed);
+        return borrowed;
+    }
+    const PyPointer key = require(generation::newInteger(index));
+    const PyPointer fresh = PyObject_GetItem(object, key);
+    Py_DECREF(key);
+    return require(fresh, at);
 }
 
 Object Object::fetchItem(Argument key, At at) const
@@ -94,14 +90,14 @@ void Object::setItem(std::size_t index, const Object& value, At at) const
     require(PyList_SetItem(pointer_, static_cast<Py_ssize_t>(index), value.get()), at);
 }
 
-Object Object::callMethod(Named method, PyPointer* room, std::size_t count) const
+PyPointer Object::callMethod(PyPointer name, PyPointer* room, std::size_t count, At at)
 {
-    return adopt(host_, generation::callMethod(host_.constant(method.text), room, count), method.at);
+    return require(generation::callMethod(name, room, count), at);
 }
 
-Object Object::callSelf(At at, PyPointer* room, std::size_t count) const
+PyPointer Object::callObject(PyPointer object, PyPointer* room, std::size_t count, At at)
 {
-    return adopt(host_, generation::call(pointer_, room, count), at);
+    return require(generation::call(object, room, count), at);
 }
 
 Object Object::apply(const Object& arguments, const Object& keywords, At at) const
@@ -134,18 +130,19 @@ bool Object::isInstanceOf(const Object& type, At at) const
     return require(PyObject_IsInstance(pointer_, type.get()), at) != 0;
 }
 
-bool Object::isEqual(Argument value, At at) const
+bool Object::isSameText(PyPointer one, PyPointer other) noexcept
 {
-    if (pointer_ == value.get() && isPlainText())
-        return true; // two names of the same constant text, mostly
-    return isEqualToOther(value, at);
+    return one == other && generation::isPlainText(one);
 }
 
-bool Object::isEqualToOther(Argument value, At at) const
+bool Object::isEqual(PyPointer one, PyPointer other, At at)
 {
-    if (isPlainText() && generation::isPlainText(value.get()))
-        return generation::textEquals(pointer_, value.get());
-    return adopt(host_, PyObject_RichCompare(pointer_, value.get(), Py_EQ), at).truth(at);
+    if (generation::isPlainText(one) && generation::isPlainText(other))
+        return generation::textEquals(one, other);
+    const PyPointer answer = require(PyObject_RichCompare(one, other, Py_EQ), at);
+    const int yes = PyObject_IsTrue(answer);
+    Py_DECREF(answer);
+    return require(yes, at) != 0;
 }
 
 bool Object::isPositive(At at) const
@@ -263,21 +260,22 @@ Iteration::Iteration(const Object& iterable, At at)
 {
 }
 
-void Iteration::Cursor::advance()
+PyPointer Iteration::Cursor::nextOfList() noexcept
 {
-    PyPointer next = nullptr;
-    if (isList_) {
-        // What the list's own iterator does: the list may change its length meanwhile.
-        if (next_ < PyList_Size(source_))
-            next = PyList_GetItem(source_, next_++);
-        Py_XINCREF(next);
-    } else {
-        next = PyIter_Next(source_);
-        if (next == nullptr && PyErr_Occurred() != nullptr)
-            throwError(at_);
-    }
-    const PyPointer last = std::exchange(current_.pointer_, next);
-    Py_XDECREF(last);
+    // What the list's own iterator does: the list may change its length meanwhile.
+    if (next_ >= Py_SIZE(source_))
+        return nullptr;
+    const PyPointer next = PyList_GetItem(source_, next_++);
+    Py_INCREF(next);
+    return next;
+}
+
+PyPointer Iteration::Cursor::nextOfOther()
+{
+    const PyPointer next = PyIter_Next(source_);
+    if (next == nullptr && PyErr_Occurred() != nullptr)
+        throwError(at_);
+    return next;
 }
 
 std::pair<Object, Object> unpackTwo(const Object& iterable, At at)

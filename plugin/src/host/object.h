@@ -4,7 +4,8 @@
 //  1. An Object owns exactly one reference and is never empty, except after it was moved from and at the end of an
 //     iteration.
 //  2. A raw pointer comes in by two named doors only: `adopt` takes over a new reference and turns null into the
-//     pending Python exception; `share` adds a reference to a borrowed one.
+//     pending Python exception; `share` adds a reference to a borrowed one. Object's own functions of pointers, whose
+//     results are new references already, are behind these doors.
 //  3. An Error owns the Python exception. It is thrown at the failing call and caught once, where the operation ends.
 //  4. Views (ConfigElement, EPGCache ...) add words to an Object, never data members: state lives in the Python
 //     instance, where the host, a skin and a test can see it.
@@ -113,16 +114,29 @@ public:
     [[nodiscard]] static Object adopt(Host host, PyPointer fresh, At at = At::here());
     [[nodiscard]] static Object share(Host host, PyPointer borrowed) noexcept;
 
-    Object(const Object& other) noexcept;
-    Object(Object&& other) noexcept;
-    Object& operator=(Object other) noexcept;
-    ~Object();
+    Object(const Object& other) noexcept : host_(other.host_), pointer_(another(other.pointer_)) {}
+    Object(Object&& other) noexcept : host_(other.host_), pointer_(other.release()) {}
+    Object& operator=(Object other) noexcept
+    {
+        std::swap(host_, other.host_);
+        std::swap(pointer_, other.pointer_);
+        return *this;
+    }
+    ~Object()
+    {
+        // NOLINTNEXTLINE(clang-analyzer-core.UndefinedBinaryOperatorResult): the pairs of an initializer list escape it
+        if (pointer_ != nullptr)
+            drop(pointer_);
+    }
 
     [[nodiscard]] Host host() const noexcept { return host_; }
     [[nodiscard]] PyPointer get() const noexcept { return pointer_; }
     [[nodiscard]] PyPointer release() noexcept { return std::exchange(pointer_, nullptr); }
 
-    [[nodiscard]] Object attr(Named name) const;
+    [[nodiscard]] Object attr(Named name) const
+    {
+        return {host_, fetchAttr(pointer_, host_.constant(name.text), name.at)};
+    }
     template <class Value>
     void setAttr(Named name, const Value& value) const
     {
@@ -135,7 +149,12 @@ public:
     {
         return fetchItem(Argument(host_, key), at);
     }
-    [[nodiscard]] Object item(int index, At at = At::here()) const;
+    [[nodiscard]] Object item(int index, At at = At::here()) const
+    {
+        if (const PyPointer found = itemOfPlainTuple(pointer_, index))
+            return share(host_, found);
+        return {host_, fetchItem(pointer_, index, at)};
+    }
     template <class Value>
     void setItem(Named key, const Value& value) const
     {
@@ -150,7 +169,7 @@ public:
     Object call(Named method, const Values&... values) const
     {
         CallRoom<sizeof...(values)> room{nullptr, pointer_, Argument(host_, values).get()...};
-        return callMethod(method, room.data(), sizeof...(values));
+        return {host_, callMethod(host_.constant(method.text), room.data(), sizeof...(values), method.at)};
     }
 
     /// object(arguments...)
@@ -158,7 +177,7 @@ public:
     Object operator()(At at, const Values&... values) const
     {
         CallRoom<sizeof...(values)> room{nullptr, nullptr, Argument(host_, values).get()...};
-        return callSelf(at, room.data(), sizeof...(values));
+        return {host_, callObject(pointer_, room.data(), sizeof...(values), at)};
     }
 
     /// object(*arguments, **keywords)
@@ -173,9 +192,10 @@ public:
     template <class Value>
     [[nodiscard]] bool equals(const Value& value, At at = At::here()) const
     {
-        return isEqual(Argument(host_, value), at);
+        const PyPointer other = Argument(host_, value).get();
+        return isSameText(pointer_, other) || isEqual(pointer_, other, at);
     }
-    [[nodiscard]] bool equals(long value, At at = At::here()) const { return isEqual(host_.integer(value), at); }
+    [[nodiscard]] bool equals(long value, At at = At::here()) const { return equals(host_.integer(value), at); }
 
     [[nodiscard]] bool isPositive(At at = At::here()) const;
     [[nodiscard]] Object toText(At at = At::here()) const;    // str(object)
@@ -221,14 +241,21 @@ private:
     void storeAttr(Named name, Argument value) const;
     void storeItem(Named key, Argument value) const;
     [[nodiscard]] Object fetchItem(Argument key, At at) const;
-    // Apart, so that the short ways, for plain objects, don't pay for their stack frames.
-    [[nodiscard, gnu::noinline]] Object itemOfOther(int index, At at) const;
-    [[nodiscard, gnu::noinline]] bool isEqualToOther(Argument value, At at) const;
     [[gnu::noinline]] void appendToOther(const Object& value, At at) const;
-    Object callMethod(Named method, PyPointer* room, std::size_t count) const;
-    Object callSelf(At at, PyPointer* room, std::size_t count) const;
-    [[nodiscard]] bool isEqual(Argument value, At at) const;
-    [[nodiscard]] bool isEqual(const Object& value, At at) const { return isEqual(Argument(host_, value), at); }
+
+    // Of pointers, not of this object, so that what is called most has its objects in registers. Results are new
+    // references, never null.
+    [[nodiscard]] static PyPointer another(PyPointer object) noexcept; // null of null
+    static void drop(PyPointer object) noexcept;
+    static PyPointer fetchAttr(PyPointer object, PyPointer name, At at);
+    static PyPointer fetchItem(PyPointer object, int index, At at);
+    static PyPointer callMethod(PyPointer name, PyPointer* room, std::size_t count, At at);
+    static PyPointer callObject(PyPointer object, PyPointer* room, std::size_t count, At at);
+    [[nodiscard]] static bool isEqual(PyPointer one, PyPointer other, At at);
+
+    // The short ways. No item, borrowed, if the object is no plain tuple or has none there.
+    [[nodiscard]] static PyPointer itemOfPlainTuple(PyPointer object, int index) noexcept;
+    [[nodiscard]] static bool isSameText(PyPointer one, PyPointer other) noexcept; // the very same plain text
 
     Host host_;
     PyPointer pointer_;
@@ -297,7 +324,12 @@ public:
         }
 
     private:
-        void advance();
+        void advance()
+        {
+            const Object last(current_.host_, std::exchange(current_.pointer_, isList_ ? nextOfList() : nextOfOther()));
+        }
+        [[nodiscard]] PyPointer nextOfList() noexcept;
+        [[nodiscard]] PyPointer nextOfOther();
 
         Object current_;   // empty at the end
         PyPointer source_; // the iteration's
