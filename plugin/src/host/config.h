@@ -54,12 +54,15 @@ private:
 
     [[nodiscard]] const Object& section(Section which, At at)
     {
-        const auto index = static_cast<std::size_t>(which);
-        if (!sections_[index]) {
-            const Place& place = kPlaces[index];
-            sections_[index] = (place.parent ? section(*place.parent, at) : root_).attr({place.name, at});
-        }
-        return *sections_[index];
+        const std::optional<Object>& known = sections_[static_cast<std::size_t>(which)];
+        return known ? *known : fetchSection(which, at);
+    }
+
+    [[nodiscard, gnu::noinline]] const Object& fetchSection(Section which, At at)
+    {
+        const Place& place = kPlaces[static_cast<std::size_t>(which)];
+        const Object& parent = place.parent ? section(*place.parent, at) : root_;
+        return sections_[static_cast<std::size_t>(which)].emplace(parent.attr({place.name, at}));
     }
 
     Object root_;
