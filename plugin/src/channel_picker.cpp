@@ -1,5 +1,6 @@
 #include "channel_picker.h"
 
+#include "host/callable.h"
 #include "host/screen.h"
 #include "host/services.h"
 
@@ -86,7 +87,7 @@ private:
     {
         const Object isMarker = host::referenceFlag(host(), "isMarker"_t);
         const Object notPlayable = isMarker.bitOr(host::referenceFlag(host(), "isDirectory"_t));
-        const Object getNext = services.attr("getNext"_t);
+        const host::Callable getNext(services.attr("getNext"_t));
         for (;;) {
             const ServiceReference service(getNext(host::At::here()));
             if (!service.valid())

@@ -1,6 +1,7 @@
 #include "settings_screen.h"
 
 #include "guarded_title.h"
+#include "host/callable.h"
 #include "host/epg_cache.h"
 #include "host/lists.h"
 #include "settings_rows.h"
@@ -70,8 +71,8 @@ private:
     host::ConfigTree& tree_;
     const Object& epgPath_;
     host::Host host_;
-    Object getConfigListEntry_;
-    Object translate_;
+    host::Callable getConfigListEntry_;
+    host::Callable translate_;
 };
 
 struct Veltro : host::Screen {

@@ -3,7 +3,7 @@
 import functools
 import sys
 
-from tests.module.case import HostTestCase, host
+from tests.module.case import PYTHON2, HostTestCase, host
 
 TITLE = "Edit blacklist for DVB EPG"
 
@@ -54,6 +54,19 @@ class Outward(HostTestCase):
             screen.setWindowTitle()
             self.assertEqual(self.calls, [("setTitle", "." + TITLE)])
 
+    def test_any_callable_that_is_called_many_times(self):
+        screen = self.settings()
+        labels = [row[0] for row in screen.list]
+
+        class Entries(object):
+            def of(self, *fields):
+                return fields
+        for translate in self.callables():
+            self.replace(self.Veltro, "_", translate)
+            self.replace(self.Veltro, "getConfigListEntry", Entries().of)
+            screen.createSetup()
+            self.assertEqual([row[0] for row in screen.list], ["." + label.replace("[", "").replace("]", "") for label in labels])
+
     def test_any_method(self):
         for translate in self.callables():
             screen = self.editor()
@@ -83,11 +96,29 @@ class Outward(HostTestCase):
 
         def two(one, other):
             raise AssertionError("it takes two arguments")
-        screen = self.editor()
-        for translate in (nothing, two, 5, None):
+
+        class Object(object):
+            def bound(self):
+                raise AssertionError("it takes no argument but itself")
+        editor, settings = self.editor(), self.settings()
+        for translate in (nothing, two, Object().bound, 5, None):
             self.replace(self.Veltro, "_", translate)
-            self.error_of(TypeError, screen.setWindowTitle)
+            self.error_of(TypeError, editor.setWindowTitle)
+            self.error_of(TypeError, settings.createSetup)
         self.assertCalls()
+
+    def test_a_method_without_an_object(self):
+        """2.7 looks whether what it is called with is an object of its class; later ones call it."""
+        class Object(object):
+            def method(self):
+                return self
+        screen = self.settings()
+        self.replace(self.Veltro, "_", Object.method)
+        if PYTHON2:
+            self.error_of(TypeError, screen.createSetup)
+        else:
+            screen.createSetup()
+            self.assertEqual(screen.list[0][0], "Multi-EPG bouquet selection")
 
     def test_a_generator_is_not_run(self):
         def generate(text):

@@ -50,6 +50,12 @@ private:
 [[nodiscard]] PyObject* call(PyObject* callable, PyObject** room, std::size_t count);
 [[nodiscard]] PyObject* callMethod(PyObject* name, PyObject** room, std::size_t count);
 
+/// A bound method in `callable` becomes its function, and `self` what it is bound to: both the method's own.
+void takeApart(PyObject*& callable, PyObject*& self);
+
+/// The shortest way into a callable, for calls by position. It stays the same as long as the callable is there.
+[[nodiscard]] VectorCall entryOf(PyObject* callable);
+
 /// import `name`, or from `name` import `names`; never relative to a package.
 [[nodiscard]] PyObject* importModule(const char* name, PyObject* globals, PyObject* names);
 

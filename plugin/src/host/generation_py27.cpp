@@ -152,6 +152,20 @@ PyObject* callMethod(PyObject* name, PyObject** room, std::size_t count)
     return found ? call(found.get(), room, count) : nullptr;
 }
 
+void takeApart(PyObject*& callable, PyObject*& self)
+{
+    self = PyMethod_GET_SELF(callable);
+    if (self != nullptr) // an unbound one looks at what it is called with
+        callable = PyMethod_GET_FUNCTION(callable);
+}
+
+VectorCall entryOf(PyObject*)
+{
+    return [](PyObject* callable, PyObject* const* arguments, std::size_t count, PyObject*) {
+        return callPlain(callable, const_cast<PyObject**>(arguments), count);
+    };
+}
+
 PyObject* importModule(const char* name, PyObject* globals, PyObject* names)
 {
     return PyImport_ImportModuleLevel(const_cast<char*>(name), globals, globals, names, 0);

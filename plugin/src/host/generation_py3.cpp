@@ -10,6 +10,8 @@
 #include <array>
 #include <cstddef>
 
+using veltro::host::VectorCall;
+
 // Not in the stable ABI of 3.8. Where one is missing, the binary still loads, and the name is null.
 extern "C" {
 // From 3.11 on; from 3.9 on; the same by its name on 3.8. The last two take keywords as a dictionary.
@@ -23,8 +25,13 @@ __attribute__((weak)) PyObject* _PyObject_FastCallDict(PyObject* callable, PyObj
 __attribute__((weak)) PyObject* PyObject_VectorcallMethod(PyObject* name, PyObject* const* arguments, std::size_t count,
                                                           PyObject* names);
 __attribute__((weak)) int _PyObject_GetMethod(PyObject* object, PyObject* name, PyObject** method);
-// All have it.
+// A function's way in, from 3.12 on.
+__attribute__((weak)) VectorCall PyVectorcall_Function(PyObject* callable);
+// All have them.
 __attribute__((weak)) PyObject* PyMethod_New(PyObject* function, PyObject* self);
+__attribute__((weak)) PyObject* PyMethod_Function(PyObject* method);
+__attribute__((weak)) PyObject* PyMethod_Self(PyObject* method);
+extern __attribute__((weak)) PyTypeObject PyFunction_Type;
 }
 
 namespace veltro::host::generation {
@@ -145,6 +152,24 @@ PyObject* callMethod(PyObject* name, PyObject** room, std::size_t count)
     if (PyObject_VectorcallMethod != nullptr)
         return PyObject_VectorcallMethod(name, room + 1, (count + 1) | kRoomInFront, nullptr);
     return callMethodOf38(name, room, count);
+}
+
+void takeApart(PyObject*& callable, PyObject*& self)
+{
+    if (PyMethod_Function == nullptr || PyMethod_Self == nullptr)
+        return;
+    self = PyMethod_Self(callable);
+    callable = PyMethod_Function(callable);
+}
+
+VectorCall entryOf(PyObject* callable)
+{
+    // What is written in C may hand out a result and an exception at once, which only the general way notices.
+    if (Py_TYPE(callable) == &PyFunction_Type && PyVectorcall_Function != nullptr)
+        return PyVectorcall_Function(callable);
+    if (PyObject_Vectorcall != nullptr)
+        return PyObject_Vectorcall;
+    return PyObject_VectorcallDict != nullptr ? PyObject_VectorcallDict : _PyObject_FastCallDict;
 }
 
 PyObject* importModule(const char* name, PyObject* globals, PyObject* names)

@@ -29,6 +29,9 @@ namespace veltro::host {
 
 using PyPointer = _object*;
 
+/// CPython's protocol for calls without a tuple; `count` may have a mark in its highest bit.
+using VectorCall = PyPointer (*)(PyPointer callable, const PyPointer* arguments, std::size_t count, PyPointer names);
+
 class Object;
 struct OperationTable;
 

@@ -6,9 +6,6 @@
 
 namespace veltro::host {
 
-/// CPython's protocol for calls without a tuple; `count` may have a mark in its highest bit.
-using VectorCall = PyObject* (*)(PyObject* self, PyObject* const* values, std::size_t count, PyObject* names);
-
 /// The arguments of one call, as the interpreter hands them over. What is not there is null.
 struct Given {
     PyObject* const* values; // by position, as far as an operation can name them; those for `names` follow
