@@ -63,7 +63,7 @@ struct DVB_EPG_blacklist_ChannelSelection : host::Screen {
         const ServiceReference ref(call("getCurrentSelection"_t));
         if (ref.isDirectory())
             call("enterPath"_t, ref);
-        else if (!ref.hasAnyOf(host::referenceFlag(host(), "isMarker"_t)))
+        else if (!ref.hasAnyOf(host::Mask(host::referenceFlag(host(), "isMarker"_t))))
             close(host().list(ref));
     }
 
@@ -86,7 +86,7 @@ private:
     void appendPlayable(const Object& services, const Object& refs) const
     {
         const Object isMarker = host::referenceFlag(host(), "isMarker"_t);
-        const Object notPlayable = isMarker.bitOr(host::referenceFlag(host(), "isDirectory"_t));
+        const host::Mask notPlayable(isMarker.bitOr(host::referenceFlag(host(), "isDirectory"_t)));
         const host::Callable getNext(services.attr("getNext"_t));
         for (;;) {
             const ServiceReference service(getNext(host::At::here()));

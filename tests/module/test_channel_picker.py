@@ -172,6 +172,56 @@ class AddBouquet(PickerTestCase):
         content = ["1:64:", "1:1:", "1:1024:", "1:2048:", "1:3072:"]
         self.assertEqual(self.close_with(self.at(BOUQUET, content)), ["1:64:", "1:1:"])
 
+    def content_with(self, *flags):
+        """A picker at a bouquet of services with these flags."""
+        class Reference(object):
+            def __init__(self, flags):
+                self.flags = self._text = flags
+
+            def valid(self):
+                return self.flags != "end"
+        left = [Reference(each) for each in flags + ("end",)]
+
+        class Content(object):
+            def getNext(self):
+                return left.pop(0)
+        self.replace(self.Veltro.eServiceCenter, "list", lambda self, reference: Content())
+        return self.at(BOUQUET)
+
+    def test_flags_that_are_no_plain_number(self):
+        class Number(int):
+            def __and__(self, mask):
+                return self == 64 and []
+        odd = (Number(64), Number(0), False, 1 << 40, -128, 1 << 80, 0)
+        marked = (True, (1 << 40) + 64, -1, (1 << 80) + 1, 64)
+        self.assertEqual(self.close_with(self.content_with(*(odd + marked))), list(odd))
+        self.assertEqual(self.close_with(self.content_with(*(marked + odd))), list(odd))
+        for flags in ("64", None, 64.0):
+            self.error_of(TypeError, self.content_with(0, flags).doNothing)
+
+    def test_bits_that_are_no_plain_number(self):
+        for marker, flags in ((True, (1, 65)), (1 << 40, (1 << 40,)), (-128, (128, 1 << 40)), (1 << 80, (1 << 80,))):
+            self.replace(self.Veltro.eServiceReference, "isMarker", marker)
+            self.replace(self.Veltro.eServiceReference, "isDirectory", 0)
+            self.assertEqual(self.close_with(self.content_with(0, 2, *flags)), [0, 2])
+
+    def test_getNext_as_any_callable(self):
+        references = [host.reference(text) for text in (SERVICE, OTHER, "")]
+
+        class Content(object):
+            def __init__(self, getNext):
+                self.getNext = getNext
+        class Next(object):
+            def __init__(self):
+                self.left = references[::-1]
+
+            def __call__(self):
+                return self.left.pop()
+        for getNext in (Next(), Next().__call__, lambda left=references[::-1]: left.pop(), references[::-1].pop):
+            screen = self.at(BOUQUET)
+            self.replace(self.Veltro.eServiceCenter, "list", lambda self, reference: Content(getNext))
+            self.assertEqual(self.close_with(screen), [SERVICE, OTHER])
+
     def test_anything_but_a_directory_does_nothing(self):
         for text in (SERVICE, MARKER, "1:1:", "1:6:", "1:3:"):
             self.assertIsNone(press(self.at(text, [SERVICE]), "showProviders"))

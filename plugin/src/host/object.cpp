@@ -170,6 +170,12 @@ Object Object::bitAnd(long mask, At at) const
     return adopt(host_, PyNumber_And(pointer_, host_.integer(mask).get()), at);
 }
 
+bool Object::hasAnyBitOf(const Mask& mask, At at) const
+{
+    const std::optional<int> bits = mask.plain ? asIndex() : std::nullopt;
+    return bits ? (*bits & *mask.plain) != 0 : bitAnd(mask.bits, at).truth(at);
+}
+
 Object Object::bitOr(const Object& other, At at) const
 {
     return adopt(host_, PyNumber_Or(pointer_, other.get()), at);

@@ -33,6 +33,7 @@ using PyPointer = _object*;
 using VectorCall = PyPointer (*)(PyPointer callable, const PyPointer* arguments, std::size_t count, PyPointer names);
 
 class Object;
+struct Mask;
 struct OperationTable;
 
 /// A name together with the place that asks for it. Made by conversion, so `call("save"_t)` notes its own line.
@@ -205,6 +206,7 @@ public:
     [[nodiscard]] Object toInteger(At at = At::here()) const; // int(object)
     [[nodiscard]] Object bitAnd(const Object& mask, At at = At::here()) const;
     [[nodiscard]] Object bitAnd(long mask, At at = At::here()) const;
+    [[nodiscard]] bool hasAnyBitOf(const Mask& mask, At at = At::here()) const; // object & mask, as a condition
     [[nodiscard]] Object bitOr(const Object& other, At at = At::here()) const;
     [[nodiscard]] Object times(long factor, At at = At::here()) const;
     [[nodiscard]] Object plus(const Object& other, At at = At::here()) const;
@@ -262,6 +264,14 @@ private:
 
     Host host_;
     PyPointer pointer_;
+};
+
+/// What is asked of many numbers: bits, and their number if it is a plain one.
+struct Mask {
+    explicit Mask(Object object) noexcept : bits(std::move(object)), plain(bits.asIndex()) {}
+
+    Object bits;
+    std::optional<int> plain;
 };
 
 /// The Python exception of a failed host call, and where the call was made. Restored at the operation's end, unchanged.

@@ -16,10 +16,7 @@ struct ServiceReference : Object {
     {
         return flags(at).bitAnd(kDirectoryBits, at).equals(kDirectoryBits, at);
     }
-    [[nodiscard]] bool hasAnyOf(const Object& bits, At at = At::here()) const
-    {
-        return flags(at).bitAnd(bits, at).truth(at);
-    }
+    [[nodiscard]] bool hasAnyOf(const Mask& bits, At at = At::here()) const { return flags(at).hasAnyBitOf(bits, at); }
     [[nodiscard]] bool valid(At at = At::here()) const { return call({"valid"_t, at}).truth(at); }
 
 private:
