@@ -2,7 +2,7 @@
 
 import time
 
-from tests.entry.case import BoxTest, handlers
+from tests.entry.case import BoxTest
 from tests.entry.fake_config import ConfigSelection
 
 
@@ -30,7 +30,7 @@ class SettingsKeysTest(BoxTest):
         """The answer of our map: 0 leaves the key to the next."""
         context, action = self.keymap.bound[code]
         self.assertEqual(self.screen["veltro_keys"].contexts, [context])
-        return handlers(self.screen, "veltro_keys")[action]()
+        return self.screen["veltro_keys"].action(context, action)
 
     def go_to(self, number):
         self.screen["config"].move_to(number - 1)
@@ -44,7 +44,8 @@ class SettingsKeysTest(BoxTest):
         left = []
         type(self.screen).keyCancel, before = lambda screen: left.append(screen), type(self.screen).keyCancel
         self.addCleanup(setattr, type(self.screen), "keyCancel", before)
-        handlers(self.box.session.open(self.module.Veltro, "/plugin"), "veltro_keys")["leave"]()
+        self.screen = self.box.session.open(self.module.Veltro, "/plugin")
+        self.assertEqual(self.press(398), 1)
         self.assertEqual(len(left), 1)
         self.assertEqual(self.keymap.bound[398][1], "leave")
 

@@ -8,7 +8,6 @@ from __future__ import absolute_import, print_function
 
 import time
 import traceback
-from functools import partial
 
 import enigma
 from Components import config as host
@@ -46,19 +45,32 @@ def _bind():
     return _bound
 
 
+class Keymap(ActionMap):
+    """Hands every action of our keymap on. A table of handlers would be checked by the host, one by one, at each opening."""
+
+    def __init__(self, press):
+        ActionMap.__init__(self, [CONTEXT], {}, PRIORITY)
+        self._press = press
+
+    def action(self, context, action):
+        """Called by the host; 0 leaves the key to the next map."""
+        return 0 if self._press(action) == 0 else 1
+
+
 class SettingsKeys(object):
-    """The settings screen's keys. A handler that returns 0 leaves the key to the next map."""
+    """The settings screen's keys. What returns 0 leaves the key to the next map."""
 
     _typed = (None, "", 0)
 
     def __init__(self, *arguments, **keywords):
         super(SettingsKeys, self).__init__(*arguments, **keywords)
         if _bind():
-            leave, select, choices, digit = [guard.guarded(handler, guard.show_in(self.session)) for handler in (
-                self.keyCancel, self.selectRow, self.offerChoices, self.typeDigit)]
-            handlers = {"leave": leave, "select": select, "choices": choices}
-            handlers.update((str(number), partial(digit, number)) for number in range(10))
-            self["veltro_keys"] = ActionMap([CONTEXT], handlers, PRIORITY)
+            self["veltro_keys"] = Keymap(guard.guarded(self.pressKey))
+
+    def pressKey(self, action):
+        """Do what the action of our keymap stands for."""
+        handlers = {"leave": self.keyCancel, "select": self.selectRow, "choices": self.offerChoices}
+        return handlers[action]() if action in handlers else self.typeDigit(int(action))
 
     def selectRow(self):
         """OK on a yes/no row does what it does in the host's own setup; a number that is typed needs no list."""
