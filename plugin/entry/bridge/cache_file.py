@@ -21,12 +21,17 @@ OLD_KEYS = ("veltro_epgcache_filename", "veltro_epgcache_instead_of")  # of vers
 def path():
     """The file that the host reads and writes."""
     stored = host.config.misc.epgcache_filename.value
-    return os.path.join(stored, NAME) if os.path.isdir(stored) else stored
+    return os.path.join(stored, NAME) if _is_directory(stored) else stored
 
 
 def shown():
     """The file as the module knows it: the directory, and always the same name."""
     return os.path.join(os.path.dirname(path()), NAME)
+
+
+def _is_directory(stored):
+    """Whether it is not a file's path. With the usual ending it is one, which saves a look at a disk that may sleep."""
+    return not stored.endswith(".dat") and os.path.isdir(stored)
 
 
 def start():

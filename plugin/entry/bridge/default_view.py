@@ -21,8 +21,9 @@ def find(tree):
     """The element for the row, None where the host has none (yet). tree -- finds an element by its path"""
     global _of_key
     for path in SETTINGS:
-        if tree(path) is not None:
-            return tree(path)
+        found = tree(path)
+        if found is not None:
+            return found
     key = tree(KEY)
     if key is None:
         return None

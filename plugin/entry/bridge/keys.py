@@ -66,12 +66,15 @@ KEYS = (
 )
 
 
-# What the plug-in itself acts on, and by which name code of the host asks for a key that some have and forgot.
+# What the plug-in itself acts on; what it acts on with the host's help, and the action that belongs to it; and by which name
+# code of the host asks for a key that some have and forgot.
 OUR_OWN = ("misc.epg_is_client_stb", "misc.epg_data_timer", "misc.epgcache_filename")
+BLACKLIST = ("misc.epg_dvb_blacklist_mode", "edit_dvb_epg_blacklist")
 ASKED_FOR = {"usage.multiepg_ask_bouquet": "multiepg_ask_bouquet"}
 
-_paths, _made = {}, set()
-
+_paths = {}
+_idle = set()  # new keys that nothing acts on
+_client = None  # the element of client mode
 
 AT_WORK = ("misc.epg_data_timer", "misc.epg_is_client_stb", "misc.epg_dvb_blacklist_mode")
 
@@ -106,8 +109,9 @@ def changes():
     if "misc.epg_dvb_blacklist_mode" in shown:
         eit_blacklist.begin(shown["misc.epg_dvb_blacklist_mode"])
     if shown:  # no host of that kind makes a new path count everywhere
-        client = shown.get("misc.epg_is_client_stb") or _find("misc.epg_is_client_stb")
-        shown["misc.epgcache_filename"] = CacheFile(lambda: bool(client.value))
+        global _client
+        _client = shown.get("misc.epg_is_client_stb") or _find("misc.epg_is_client_stb")
+        shown["misc.epgcache_filename"] = CacheFile(is_client)
     return {"Components.config": {"config": View(host.config, shown)}} if shown else {}
 
 
@@ -116,13 +120,14 @@ def path_of(element):
     return _paths.get(id(element))
 
 
-def is_used(path):
-    """Whether anything acts on the key on this host."""
-    if path in ASKED_FOR:
-        return path not in _made and has_reader(ASKED_FOR[path])
-    if path == "misc.epg_dvb_blacklist_mode" and path in _made:
-        return eit_blacklist.is_possible()
-    return path not in _made or path in OUR_OWN
+def is_used(name):
+    """Whether anything acts on the key, or the action, on this host."""
+    return name not in _idle and (name not in ASKED_FOR or has_reader(ASKED_FOR[name]))
+
+
+def is_client():
+    """Whether this box is an EPG client."""
+    return bool(_client.value)
 
 
 class Late(object):
@@ -133,9 +138,9 @@ class Late(object):
 
     def element(self):
         """The host's element as it is now, or a new one."""
-        element = _find(self._path)
+        element = self._look(_find)
         if element is None:
-            element = self._look(_find)
+            element = _find(self._path)
         if element is None:
             element = _create(self._path, self._make())
         _paths[id(element)] = self._path
@@ -177,7 +182,10 @@ def _create(path, element):
             setattr(branch, name, host.ConfigSubsection())
         branch = getattr(branch, name)
     setattr(branch, names[-1], element)
-    _made.add(path)
+    if path in BLACKLIST:
+        _idle.update(() if eit_blacklist.is_possible() else BLACKLIST)
+    elif path not in OUR_OWN:
+        _idle.add(path)
     return element
 
 

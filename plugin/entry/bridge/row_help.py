@@ -5,16 +5,12 @@ from __future__ import absolute_import
 from Components import config as host
 from enigma import eEPGCache
 
-from ..texts import translate as _
+from ..texts import N_, translate as _
 from . import keys
 
-
-def N_(text):
-    """Marks a text that is translated later."""
-    return text
-
-
 NOT_USED = N_("This image does not use this setting.")
+CLIENT = N_("For a receiver that shares the EPG file of another: the file is loaded, not saved.")
+CLIENT_IN_PART = N_("The EPG file is loaded, not saved; the image's own saving goes on.")
 
 # The rows that the compiled module leaves without a text: by the key, or by the name of their action.
 TEXTS = {
@@ -25,6 +21,7 @@ TEXTS = {
     "usage.show_old_epg": N_("How long past programmes stay in the EPG lists."),
     "usage.show_nownext_eit": N_("Take now and next in the infobar straight from the broadcast."),
     "misc.epg_dvb_blacklist_mode": N_("Services on the blacklist keep imported EPG data and take none from the broadcast."),
+    "misc.epg_is_client_stb": CLIENT if hasattr(eEPGCache, "setSave") else CLIENT_IN_PART,
     "misc.epg_data_timer": N_("Save the EPG to its file at this interval."),
     "edit_dvb_epg_blacklist": N_("Choose the services that take no EPG data from the broadcast."),
     "epgpath": N_("Choose the directory in which the EPG file is kept."),
@@ -33,8 +30,6 @@ TEXTS = {
     "epgdelete": N_("Empty the EPG and delete its file."),
 }
 LOADS = N_("Load the EPG from its file at this interval.")
-CLIENT = N_("For a receiver that shares the EPG file of another: the file is loaded, not saved.")
-CLIENT_IN_PART = N_("The EPG file is loaded, not saved; the image's own saving goes on.")
 
 
 def changes():
@@ -42,23 +37,11 @@ def changes():
     return {"Components.config": {"getConfigListEntry": getConfigListEntry}}
 
 
-def getConfigListEntry(*fields):
-    """The host's row of these fields: label, element, help text, and what the row is for the module."""
-    if len(fields) == 4:
-        label, element, text, tag = fields
-        fields = label, element, _help(element, text, tag), tag
-    return host.getConfigListEntry(*fields)
-
-
-def _help(element, text, tag):
-    path = keys.path_of(element)
-    setting = "misc.epg_dvb_blacklist_mode" if tag == "edit_dvb_epg_blacklist" else path
-    if setting and not keys.is_used(setting):
-        return _(NOT_USED)
-    if text:
-        return text
-    if path == "misc.epg_is_client_stb":
-        return _(CLIENT if hasattr(eEPGCache, "setSave") else CLIENT_IN_PART)
-    if path == "misc.epg_data_timer" and host.config.misc.epg_is_client_stb.value:
-        return _(LOADS)
-    return _(TEXTS.get(path or tag, ""))
+def getConfigListEntry(label, element, text, tag):
+    """The host's row of these fields; tag -- what the row is for the module."""
+    name = keys.path_of(element) or tag
+    if not keys.is_used(name):
+        text = _(NOT_USED)
+    elif not text:
+        text = _(LOADS if name == "misc.epg_data_timer" and keys.is_client() else TEXTS.get(name, ""))
+    return host.getConfigListEntry(label, element, text, tag)
