@@ -13,6 +13,7 @@ from .flat_layout import FlatLayout, Item, Unfit, as_text
 from .key_row import KeyRow, is_label, name_of
 
 LETTER = 0.56  # of the height of its font is about the width of a letter, over all letters
+WIDEST = 2  # times that no letter has
 SMALLEST = 0.65  # of the skin's font is still legible
 
 # list: the skin's list widget, and ours; lines: (ours, the skin's) for lines of text that share one place, the first that
@@ -181,8 +182,9 @@ class _Layout(KeyRow):
         for item in self.items:
             font, _, size = item.get("font", "").partition(";")
             if is_label(item, name) and item.rect and size.strip().isdigit():
-                item.element.set("noWrap", "1")
                 needed = len(text) * int(size) * LETTER
+                if WIDEST * needed > item.rect[2]:
+                    item.element.set("noWrap", "1")
                 if needed > item.rect[2]:
                     size = int(size) * max(SMALLEST, item.rect[2] / needed)
                     item.element.set("font", "%s;%d" % (font, size))

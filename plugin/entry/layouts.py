@@ -65,6 +65,7 @@ class Layout(object):
     def __init__(self, own, sources, need):
         self._own, self._sources, self._need = own, sources, need
         self._made_from = self._made = self._made_own = None
+        self._names = ()  # of the skin's screens that the layout was made from
 
     def of(self, screen):
         desktop = _desktop()
@@ -77,10 +78,12 @@ class Layout(object):
 
     def _from_skin(self, screen, desktop):
         try:
-            given = skin_screens.loaded(), skin_screens.signature(screen), desktop, skin_screens.texts(screen)
-            if given != self._made_from:  # a skin that was read anew has other elements
-                made = self._make(given[0], skin_screens.parts(screen), *given[2:])
-                self._made, self._made_from = made and _forms(made), given
+            given = skin_screens.signature(screen), desktop, skin_screens.texts(screen)
+            if (skin_screens.state(self._names), given) != self._made_from:  # a skin that was read anew has other elements
+                screens = skin_screens.loaded()
+                self._names = tuple(screens)
+                made = self._make(screens, skin_screens.parts(screen), *given[1:])
+                self._made, self._made_from = made and _forms(made), (skin_screens.state(self._names), given)
             return self._made
         except Exception:
             print("[Veltro] no layout from the skin for %s:\n%s" % (self._own, traceback.format_exc()))
@@ -95,7 +98,9 @@ class Layout(object):
             need = need._replace(looks=skin_screens.looks_of(screens, *FILE_LIST))
         for name in self._candidates(screens, parts, desktop, need):
             try:
-                return derived(name, screens, parts, desktop, need, texts)
+                made = derived(name, screens, parts, desktop, need, texts)
+                self._names = skin_screens.reach(screens, name) + [FILE_LIST[0]]
+                return made
             except Unfit as error:
                 print("[Veltro] the skin's %s makes no layout for %s: %s" % (name, self._own, error))
         return None
@@ -118,6 +123,8 @@ def _forms(text):
         for key, value in each.attrib.items():
             if value.endswith(PICTURES):
                 each.set(key, skin_screens.found(key, value))
+            elif key == "font" and each.get("render", "Label") == "Label":
+                each.set(key, skin_screens.font(value))
     return element, as_text(element)
 
 

@@ -8,7 +8,8 @@ import sys
 import xml.etree.ElementTree as ElementTree
 
 OF_ITS_PLACE = ("name", "position", "size", "zPosition", "selectionDisabled", "conditional")
-TITLES = ("title", "Title")
+LABELS = frozenset(["title", "Title"] + ["key_" + key for key in (
+    "red", "green", "yellow", "blue", "menu", "info", "help", "text", "epg")])
 
 _held, _found = {}, {}
 
@@ -19,6 +20,30 @@ def loaded():
     if not _held or any(_entries(_in_skin(name)) != entries for name, entries in _held.items()):
         _read()
     return _found
+
+
+def state(names):
+    """What tells one reading of the skin from another: how many screens it has, and those of these names. To compare them all
+    would take longer than much else at an opening."""
+    found = []
+    for table in [_in_skin(name) for name in _held]:
+        if isinstance(table, dict):
+            found.append(len(table))
+            found.extend([table.get(name) for name in names])
+        else:
+            found.extend(table or ())
+    return found if _held else object()  # nothing is known yet, and this equals nothing
+
+
+def reach(screens, name):
+    """The names of a screen and of those that its panels refer to."""
+    names, waiting = [], [name]
+    while waiting:
+        name = waiting.pop()
+        if name not in names:
+            names.append(name)
+            waiting.extend(panel.get("name") for panel in (screens[name][0].iter("panel") if name in screens else ()))
+    return names
 
 
 def _read():
@@ -97,11 +122,27 @@ def parts(screen):
 def texts(screen):
     """{name: text} of what a screen's labels for keys and its title show."""
     found = {}
-    for name in screen:
-        text = getattr(screen[name], "text", None) if name[:4] == "key_" or name in TITLES else None
+    for name in LABELS.intersection(screen):
+        text = getattr(screen[name], "text", None)
         if text:
             found[name] = text.decode("utf-8", "replace") if isinstance(text, bytes) else text
     return found
+
+
+def font(value):
+    """The same font by a name of the skin, if it has one. The host finds that at once; any other name it looks for among all
+    the faces that it has loaded."""
+    try:
+        face, _, size = value.partition(";")
+        named = [name for name, entry in sys.modules["skin"].fonts.items() if entry[0] == face]
+        return next(("%s;%s" % (name, size) for name in sorted(named) if _parsed("%s;%s" % (name, size)) == _parsed(value)), value)
+    except Exception:
+        return value
+
+
+def _parsed(value):
+    font = sys.modules["skin"].parseFont(value, ((1, 1), (1, 1)))
+    return font.family, font.pointSize
 
 
 def found(key, name):

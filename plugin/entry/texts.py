@@ -19,8 +19,14 @@ PACKAGE = __name__.rpartition(".")[0]
 
 _known = {}  # language: {text: its translation}, for a screen asks for the same ones again and again
 _held = None  # the language while it is kept
+_words = {}  # text: what is said in its place
 _catalogues = {}
 _host_language = None
+
+
+def N_(text):
+    """Marks a text that is translated later."""
+    return text
 
 
 def translate(text):
@@ -29,7 +35,7 @@ def translate(text):
     try:
         return _known[language][text]
     except KeyError:
-        return _known.setdefault(language, {}).setdefault(text, _translation(language, text))
+        return _known.setdefault(language, {}).setdefault(text, _translation(language, _words.get(text, text)))
 
 
 def keep_language(function, *arguments):
@@ -52,6 +58,11 @@ def _translation(language, text):
 def install(module):
     """Give `translate` to the compiled module as its own `_`; the one in the built-ins is everybody's."""
     module._ = translate
+
+
+def replace(words):
+    """From now on say other texts, before they are translated. words -- {text: the other one}"""
+    _words.update(words)
 
 
 def _language():

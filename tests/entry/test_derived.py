@@ -246,6 +246,8 @@ class PutInTest(DerivedTest):
         self.make(PLAIN, self.EDITOR, texts={"key_blue": u"Bouquet hinzuf\u00fcgen", "key_red": "Exit", "Title": "A title"})
         self.assertEqual([self.one(name).get("font") for name in ("key_red", "key_blue", "Title")],
                          ["Regular;24", "Regular;21", "Regular;30"])
+        self.assertEqual([self.one(name).get("noWrap") for name in ("key_red", "key_blue", "Title")], [None, "1", None],
+                         "in one line if it could need two")
         self.make(PLAIN, self.EDITOR, texts={"key_blue": 60 * "m"})
         self.assertEqual(self.one("key_blue").get("font"), "Regular;15", "still legible")
 

@@ -121,6 +121,21 @@ class ChoiceTest(LayoutsTest):
         self.assertIs(self.open().parsedSkin, self.open().parsedSkin)
         self.assertEqual(asked, [])
 
+    def test_fonts_by_names_that_the_host_has_at_hand(self):
+        """A face that the skin gives a name, if the host takes that for the same font. The last label is no host's own."""
+        skin = self.box.modules["skin"]
+        skin.fonts = {"Body": ("Regular", 18, 22, 16), "Aside": ("Regular", 18), "Large": ("Bold", 30)}
+        skin.parseFont = lambda text, scale: type("gFont", (object,), {
+            "family": {"Body": "Regular", "Large": "Thin"}.get(text.split(";")[0], text.split(";")[0]),
+            "pointSize": int(text.split(";")[1])})
+        self.load()
+        self.use(SKIN.replace("</screen>", "".join(
+            '<widget source="key_%s" render="%s" position="0,0" size="99,9" font="%s"/>' % each for each in (
+                ("red", "Label", "Bold;19"), ("red", "FancyLabel", "Regular;19"))) + "</screen>"))
+        fonts = [(each.get("source"), each.get("font")) for each in self.open().parsedSkin if each.get("font")]
+        self.assertEqual(fonts[:2], [("key_red", "Body;22"), ("key_green", "Body;22")])
+        self.assertEqual(fonts[3:5], [("key_red", "Bold;19"), ("key_red", "Regular;19")])
+
     def test_is_ours_where_the_skin_has_nothing_to_make_it_from(self):
         self.load()
         self.use('<skin><screen name="Setup" size="300,200"/><screen name="Clock" size="300,200"/></skin>')

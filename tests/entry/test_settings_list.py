@@ -47,6 +47,16 @@ class HelpTest(BoxTest):
         self.assertEqual(theirs.text, "theirs")
 
 
+class NothingTest(BoxTest):
+    def test_one_element_serves_all_rows_without_a_value(self):
+        """A new one for each took longer than all else of their rows."""
+        self.load()
+        first, second = [self.box.session.open(self.module.Veltro, "/plugin").list for opened in range(2)]
+        elements = [row[1] for rows in (first, second) for row in rows if row[3] != "to_save"]
+        self.assertEqual((len(elements), len(set(map(id, elements)))), (10, 1))
+        self.assertIsInstance(elements[0], self.box.modules["Components.config"].ConfigNothing)
+
+
 class UnusedTest(BoxTest):
     """What hosts show beside a row of text, in a list without one."""
 

@@ -388,6 +388,8 @@ class EventTest(Looks):
         try:
             self.press("blue")
             self.assertShows("DVB_EPG_blacklist_ChannelSelection")
+            self.host.wait("asked")
+            self.host.settle()
             self.assertEqual(self.python("len(asked)"), 1)
         finally:
             self.python("ServiceEvent.newService = real")

@@ -9,6 +9,7 @@ from __future__ import absolute_import
 
 import sys
 
+from .. import texts
 from . import (
     blacklist_editor, cache_file, chooser, eit_blacklist, epg_cache, guard, keys, look, names, picker, picker_labels,
     row_help, services, settings_keys, settings_list, settings_screen)
@@ -66,6 +67,7 @@ def extend(module):
     classes up when it opens one, and skins and front displays find a screen by its class's name."""
     if not guard.on:
         return
+    texts.replace(look.WORDS)
     for name in sorted(set(name for screens in SCREENS for name in screens)):
         mixins = tuple(screens[name] for screens in SCREENS if name in screens)
         setattr(module, name, type(name, mixins + (getattr(module, name),), {"__module__": module.__name__}))

@@ -9,7 +9,6 @@ from Components import FileList as host
 
 from .. import skin_screens
 from ..texts import translate as _
-from .look import name_screen
 from .readable import is_readable
 
 WIDGETS = ("filelist", "driverfile")
@@ -25,7 +24,10 @@ def changes():
 class Chooser(object):
     def __init__(self, *arguments, **keywords):
         super(Chooser, self).__init__(*arguments, **keywords)
-        name_screen(self, _("EPG Path :").rstrip(": "))
+        title = _("EPG Path :").rstrip(": ")
+        self.setTitle(title)
+        if "title" in self:  # which some skins show
+            self["title"].text = title
         self.skinName = [name for name in self.skinName if self._is_for_us(name)]
         self.onLayoutFinish.append(self.showChoice)
 

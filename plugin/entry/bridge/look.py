@@ -1,20 +1,19 @@
-"""The settings screen among the image's own: a title that says where one is, one place for help and results, and the
-selected row on the front display."""
+"""The settings screen among the image's own: its words, one place for help and results, and the selected row on the front
+display."""
 
 from __future__ import absolute_import
 
 import traceback
 
-from ..texts import translate as _
+from ..texts import N_
+
+# What the module's settings screen says, and what is said here of the same: where one is, and what a key does that asks
+# before it drops changes.
+WORDS = {"ORSA Veltro": N_("EPG settings"), "Exit": N_("Cancel")}
 
 
 class SettingsLook(object):
-    """What the image's own setup screen does with its title, its help line and the front display."""
-
-    def __init__(self, *arguments, **keywords):
-        super(SettingsLook, self).__init__(*arguments, **keywords)
-        name_screen(self, _("EPG settings"))
-        self["key_red"].text = _("Cancel")  # the word for a key that asks before it drops changes
+    """What the image's own setup screen does with its help line and the front display."""
 
     def epgBackupfinished(self, statustext):
         """A result stands where the help does, and makes room for it when it goes."""
@@ -72,13 +71,6 @@ class PickerLook(object):
             self["Event"].newEvent(self["ServiceEvent"].event)
         except Exception:  # nothing selected, or nothing left of the screen
             print("[Veltro] no event is shown:\n" + traceback.format_exc())
-
-
-def name_screen(screen, title):
-    """Give a screen its title, everywhere that a skin may show one."""
-    screen.setTitle(title)
-    if "title" in screen:
-        screen["title"].text = title
 
 
 SCREENS = {"Veltro": SettingsLook, "Edit_DVB_EPG_Blacklist": EditorLook,

@@ -1,4 +1,5 @@
-"""The settings list: the help text of its row, and the guard around the module's answer to a changed value."""
+"""The settings list: the help text of its row, the elements of rows without a value, and the guard around the module's answer
+to a changed value."""
 
 from __future__ import absolute_import
 
@@ -10,10 +11,15 @@ from . import guard
 
 TYPED = tuple(getattr(config, name) for name in ("ConfigText", "ConfigMacText") if hasattr(config, name))
 
+_is_typed = {}  # class of an element: whether it is one of TYPED
+
 
 def changes():
-    """The part of a screen that changes settings, with a help line."""
-    return {"Components.ConfigList": {"ConfigListScreen": ConfigListScreen}}
+    """The part of a screen that changes settings, with a help line; and one element that holds nothing, for whoever asks for a
+    new one."""
+    nothing = config.ConfigNothing()
+    return {"Components.ConfigList": {"ConfigListScreen": ConfigListScreen},
+            "Components.config": {"ConfigNothing": lambda: nothing}}
 
 
 class ConfigListScreen(ConfigList.ConfigListScreen):
@@ -28,15 +34,23 @@ class ConfigListScreen(ConfigList.ConfigListScreen):
 
     def describeRow(self):
         row = self["config"].getCurrent()
-        self["description"].text = row[2] if row is not None and len(row) > 2 else ""
+        text = row[2] if row is not None and len(row) > 2 else ""
+        if self["description"].text != text:  # many hosts have said it already
+            self["description"].text = text
 
     def leave_out_unused(self):
         """Hosts make a window and a picture for rows of text. Where there is no such row nobody would see them."""
         unused = [name for name in ("HelpWindow", "VKeyIcon") if name in self]
-        if unused and not any(isinstance(row[1], TYPED) for row in self["config"].list):
+        if unused and not any(_types(kind) for kind in set(type(row[1]) for row in self["config"].list)):
             self.unused_parts = unused
             if "HelpWindow" in unused:
                 self["HelpWindow"] = NoWindow()
+
+
+def _types(kind):
+    if kind not in _is_typed:
+        _is_typed[kind] = issubclass(kind, TYPED)
+    return _is_typed[kind]
 
 
 class NoWindow(Source):
