@@ -68,21 +68,20 @@ class Layout(object):
         self._names = ()  # of the skin's screens that the layout was made from
 
     def of(self, screen):
-        desktop = _desktop()
-        return (self._from_skin(screen, desktop) if screen is not None else None) or self._ours(desktop)
+        return (self._from_skin(screen) if screen is not None else None) or self._ours(_desktop())
 
     def _ours(self, desktop):
         if self._made_own is None or self._made_own[0] != desktop:
             self._made_own = desktop, _forms(own_layout(self._own, desktop))
         return self._made_own[1]
 
-    def _from_skin(self, screen, desktop):
+    def _from_skin(self, screen):
         try:
-            given = skin_screens.signature(screen), desktop, skin_screens.texts(screen)
+            given = skin_screens.signature(screen), skin_screens.texts(screen)
             if (skin_screens.state(self._names), given) != self._made_from:  # a skin that was read anew has other elements
                 screens = skin_screens.loaded()
                 self._names = tuple(screens)
-                made = self._make(screens, skin_screens.parts(screen), *given[1:])
+                made = self._make(screens, skin_screens.parts(screen), _desktop(), given[1])
                 self._made, self._made_from = made and _forms(made), (skin_screens.state(self._names), given)
             return self._made
         except Exception:

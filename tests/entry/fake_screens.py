@@ -24,6 +24,10 @@ class ActionMap:  # a classic class on 2.7, as on the boxes
     def __init__(self, contexts=None, actions=None, prio=0):
         self.contexts, self.actions, self.prio = contexts or [], actions or {}, prio
 
+    def action(self, context, action):
+        result = self.actions[action]() if action in self.actions else 0
+        return 1 if result is None else result
+
 
 class ListContent(object):
     def __init__(self):

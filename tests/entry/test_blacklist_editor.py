@@ -3,7 +3,7 @@
 
 import os
 
-from tests.entry.case import BoxTest, text_of
+from tests.entry.case import BoxTest, press, text_of
 from tests.entry.fake_screens import MessageBox, Reference
 
 ERSTE = "1:0:19:283D:3FB:1:C00000:0:0:0:"
@@ -140,7 +140,7 @@ class EditorTest(BoxTest):
         os.mkdir(self.file)
         screen = self.box.session.open(self.module.Veltro, "/plugin")
         screen["config"].l.cursor = 15
-        screen["shortcuts"].actions["ok"]()
+        press(screen, "shortcuts", "ok")
         self.assertEqual(self.message().split("\n")[0], "The blacklist can't be read.")
 
     def test_five_thousand_services(self):

@@ -1,6 +1,6 @@
 """The channel picker on hosts whose channel list has its own idea of the colour keys."""
 
-from tests.entry.case import BoxTest, handlers, text_of
+from tests.entry.case import BoxTest, press, text_of
 from tests.entry.fake_screens import ActionMap, ChannelSelection, MessageBox, Reference, ServiceList
 
 FOLDER = 7
@@ -14,7 +14,7 @@ class PickerTest(BoxTest):
         return self.picker
 
     def press(self, action):
-        return handlers(self.picker, "veltro_keys")[action]()
+        return press(self.picker, "veltro_keys", action)
 
     def test_comes_before_the_hosts_keys(self):
         for prio in (-2, -1, 0, 1):
@@ -33,7 +33,7 @@ class PickerTest(BoxTest):
     def test_the_release_of_a_colour_key_is_taken_away(self):
         picker = self.open()
         for colour in ("red", "green", "yellow", "blue"):
-            self.assertIsNone(self.press(colour))
+            self.assertEqual(self.press(colour), 1)
         self.assertEqual((picker.calls, self.box.session.closed), ([], []))
 
     def test_ok_on_a_service(self):

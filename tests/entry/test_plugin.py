@@ -5,7 +5,7 @@ import sys
 import xml.etree.ElementTree as ElementTree
 
 from tests.entry.box import MENU, OLD_MENU
-from tests.entry.case import BoxTest, handlers
+from tests.entry.case import BoxTest, press
 from tests.entry.fake_screens import Descriptor
 
 try:
@@ -116,7 +116,7 @@ class SessionStartTest(BoxTest):
         self.plugin.main(session=self.box.session, close=None)
         module = sys.modules["Veltro"]
         module.config.misc.epg_data_timer.value = "10"
-        handlers(self.box.session.current_dialog, "shortcuts")["green"]()
+        press(self.box.session.current_dialog, "shortcuts", "green")
         self.box.session.callback(*self.box.session.closed[-1])
         self.assertIs(module.epg_timer.session, self.box.session)
         self.assertEqual(module.epg_timer.epg_timer._timer.started, [(600000, True)])
@@ -148,7 +148,7 @@ class ClosingTest(BoxTest):
         self.callback = self.box.session.callback
 
     def close(self, action):
-        handlers(self.screen, "shortcuts")[action]()
+        press(self.screen, "shortcuts", action)
         self.callback(*self.box.session.closed[-1])
 
     def test_opens_with_its_folder(self):

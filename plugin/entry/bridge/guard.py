@@ -8,6 +8,7 @@ from __future__ import absolute_import, print_function
 
 import sys
 import traceback
+from functools import partial
 
 import enigma
 from Components import ActionMap as action_map
@@ -44,8 +45,12 @@ def guarded(function, show=None):
         try:
             return function(*arguments)
         except Exception as error:
-            _report(error, show or show_in(getattr(getattr(function, "__self__", None), "session", None)))
+            _report(error, show or _shown_by(function))
     return call
+
+
+def _shown_by(function):
+    return show_in(getattr(getattr(function, "__self__", None), "session", None))
 
 
 def watch(opened):
@@ -98,11 +103,17 @@ def _words():
 
 
 class ActionMap(action_map.ActionMap):
-    """An action map with guarded handlers."""
+    """An action map with guarded handlers, which is made without the host's look at each action of the table."""
 
     def __init__(self, contexts=None, actions=None, prio=0):
-        actions = dict((name, guarded(handler)) for name, handler in (actions or {}).items())
-        action_map.ActionMap.__init__(self, contexts, actions, prio)
+        action_map.ActionMap.__init__(self, contexts, None, prio)
+        self.actions = actions or {}
+
+    def action(self, context, action):
+        """Called by the host; 0 leaves the key to the next map."""
+        show = _shown_by(self.actions.get(action))
+        result = guarded(partial(action_map.ActionMap.action, self), show)(context, action)
+        return 1 if result is None else result
 
 
 class Callbacks(list):

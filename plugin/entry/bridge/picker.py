@@ -37,8 +37,7 @@ class Picker(SimpleChannelSelection):
                    "showProviders": self.addBouquet, "showFavourites": self.showFavourites, "ok": self.choose}
         # Some hosts have the channel list's colours on the release of the key, as plain colours. By then it was dealt with.
         actions.update((colour, _nothing) for colour in ("red", "green", "yellow", "blue"))
-        return ActionMap(["ChannelSelectBaseActions", "OkCancelActions", "ColorActions"],
-                         dict((name, guard.guarded(handler)) for name, handler in actions.items()), prio)
+        return guard.ActionMap(["ChannelSelectBaseActions", "OkCancelActions", "ColorActions"], actions, prio)
 
     def choose(self):
         if self._is_anything_selected():
