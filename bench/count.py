@@ -48,13 +48,14 @@ def instructions():
             ["valgrind", "--tool=callgrind", "--dump-before=" + MARK, "--callgrind-out-file=%s/part" % folder, "--quiet",
              sys.executable, "-O", "-m", "bench.count"],
             env=dict(os.environ, PYTHONHASHSEED="0", PYTHONMALLOC="pymalloc"), stderr=subprocess.STDOUT)
-        counted = [_total(os.path.join(folder, "part.%d" % number)) for number in range(1, len(os.listdir(folder)))]
+        counted = [total(os.path.join(folder, "part.%d" % number)) for number in range(1, len(os.listdir(folder)))]
     finally:
         shutil.rmtree(folder)
     return _sorted(counted)
 
 
-def _total(name):
+def total(name):
+    """The instructions that one file of callgrind's has."""
     with open(name) as file:
         return int(re.search(r"^(?:totals|summary): (\d+)", file.read(), re.MULTILINE).group(1))
 

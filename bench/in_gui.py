@@ -1,7 +1,9 @@
 """What `in_hosts` measures, in the GUI's main thread. The host's runner reads it as it stands; `session` is the GUI's, `texts` are
-references of services. The last expression is the answer: {name: [seconds of each run]} and the numbers of rows."""
+references of services, and `counting` says whether it runs under valgrind. The last expression is the answer: {name: [seconds of
+each run]}, or the names of what was counted, and the numbers of rows."""
 
 import gc
+import os
 import time
 
 from Components.config import config
@@ -16,6 +18,7 @@ from Screens.Screen import Screen
 from Screens.Setup import Setup
 
 RUNS = 150
+WARMING, COUNTED = 3, 5
 clock = time.thread_time if hasattr(time, "thread_time") else time.clock  # of the processor: others work on the machine, too
 
 
@@ -66,33 +69,71 @@ def take_turns(runs, *functions):
     gc.enable()
 
 
+def count(*functions):
+    """Runs each of (name, function) between marks, after some turns without: the names, as often as they were counted."""
+    done = []
+    for turn in range(WARMING + COUNTED):
+        for name, function in functions:
+            mark = os.getppid if turn >= WARMING else int
+            gc.collect()
+            gc.disable()
+            mark()
+            result = function()
+            mark()
+            gc.enable()
+            if mark is os.getppid:
+                done.append(name)
+            if isinstance(result, Screen):
+                session.deleteDialog(result)
+    return done
+
+
+def opened(*screen):
+    return lambda: session.instantiateDialog(*screen)
+
+
+def measure():
+    take_turns(RUNS, opening("ours", *ours), opening("host", *theirs), opening("null", Null))
+    take_turns(RUNS, call("rows ours", screen.createSetup), call("rows host", rows_of_setup))
+    take_turns(RUNS, call("change ours", screen.changedEntry), call("change host", setup.changedEntry))
+    take_turns(RUNS, call("key ours", screen.down))
+    for name, own, hosts in (
+            ("chooser ", (module.DirChoose, "/media/hdd/"), (LocationBox, "", "", "/media/hdd/")),
+            ("picker ", (module.DVB_EPG_blacklist_ChannelSelection, plugin.plugin_path), (SimpleChannelSelection, "list")),
+            ("editor ", (module.Edit_DVB_EPG_Blacklist, plugin.plugin_path), theirs)):
+        take_turns(RUNS // 3, opening(name + "ours", *own), opening(name + "host", *hosts))
+    return measure_services()
+
+
+def measure_services():
+    """5,000 into the editor, and into the host's channel list; the number in the editor afterwards."""
+    editor = session.instantiateDialog(module.Edit_DVB_EPG_Blacklist, plugin.plugin_path)
+    channels = session.instantiateDialog(SimpleChannelSelection, "list")
+    references = [eServiceReference(text) for text in texts]
+    root = eServiceReference("1:7:1:0:0:0:0:0:0:0:(type == 1) || (type == 17) || (type == 22) || (type == 25) ORDER BY name")
+
+    def emptied():
+        del editor.servicelist[:]
+        return (references,)
+
+    take_turns(5, call("5,000 services ours", editor.finishedChannelSelection, emptied),
+               call("5,000 services host", channels.setRoot, lambda: (root,)))
+    return len(editor.servicelist)
+
+
 found = {}
 config.usage.setup_level.value = "expert"  # all rows of the host's own screen
 module = plugin.load()
 ours, theirs = (module.Veltro, plugin.plugin_path), (Setup, "epgsettings")
 screen, setup = session.instantiateDialog(*ours), session.instantiateDialog(*theirs)
 layout = screen.parsedSkin
-take_turns(RUNS, opening("ours", *ours), opening("host", *theirs), opening("null", Null))
-take_turns(RUNS, call("rows ours", screen.createSetup), call("rows host", getattr(setup, "createSetupList", None) or setup.createSetup))
-take_turns(RUNS, call("change ours", screen.changedEntry), call("change host", setup.changedEntry))
-take_turns(RUNS, call("key ours", screen.down))
-for name, own, hosts in (
-        ("chooser ", (module.DirChoose, "/media/hdd/"), (LocationBox, "", "", "/media/hdd/")),
-        ("picker ", (module.DVB_EPG_blacklist_ChannelSelection, plugin.plugin_path), (SimpleChannelSelection, "list")),
-        ("editor ", (module.Edit_DVB_EPG_Blacklist, plugin.plugin_path), theirs)):
-    take_turns(RUNS // 3, opening(name + "ours", *own), opening(name + "host", *hosts))
-
-editor = session.instantiateDialog(module.Edit_DVB_EPG_Blacklist, plugin.plugin_path)
-channels = session.instantiateDialog(SimpleChannelSelection, "list")
-references = [eServiceReference(text) for text in texts]
-root = eServiceReference("1:7:1:0:0:0:0:0:0:0:(type == 1) || (type == 17) || (type == 22) || (type == 25) ORDER BY name")
-
-
-def emptied():
-    del editor.servicelist[:]
-    return (references,)
-
-
-take_turns(5, call("5,000 services ours", editor.finishedChannelSelection, emptied),
-           call("5,000 services host", channels.setRoot, lambda: (root,)))
-{"seconds": found, "rows": {"ours": len(screen["config"].list), "host": len(setup["config"].list)}, "taken over": len(editor.servicelist)}
+rows_of_setup = getattr(setup, "createSetupList", None) or setup.createSetup
+rows = {"ours": len(screen["config"].list), "host": len(setup["config"].list)}
+if counting:
+    answer = {"rows": rows, "counted": count(
+        ("open ours", opened(*ours)), ("open host", opened(*theirs)), ("open null", opened(Null)),
+        ("rows ours", screen.createSetup), ("rows host", rows_of_setup),
+        ("change ours", screen.changedEntry), ("change host", setup.changedEntry), ("key ours", screen.down))}
+else:
+    answer = {"taken over": measure(), "seconds": found, "rows": rows}
+answer

@@ -11,6 +11,7 @@ import tempfile
 
 from tests.hosts import channels
 
+from . import counting_kit
 from .measure import median
 
 KITS = ("openpli", "openvix", "openpli-2.7")
@@ -23,38 +24,52 @@ LINES = (
 
 
 def measure(folder, kit, plugin):
-    """The figures of one kit."""
+    """The figures of one kit: (seconds, instructions, rows), the first two as {name: [of each run]}."""
+    texts = [channels.reference(each) for each in channels.services()]
+    found = run(os.path.join(folder, kit), plugin, texts)
+    if found["taken over"] != len(texts):
+        raise SystemExit("bench: the editor took over %d of %d services" % (found["taken over"], len(texts)))
+    counting, instructions = tempfile.mkdtemp(), {}
+    try:
+        if counting_kit.make(os.path.join(folder, kit), counting):
+            for name, number in zip(*run(counting, plugin, None)):
+                instructions.setdefault(name, []).append(number)
+        else:
+            print("bench: no valgrind on this machine: instructions are not counted")
+    finally:
+        shutil.rmtree(counting)
+    return found["seconds"], instructions, found["rows"]
+
+
+def run(kit, plugin, texts):
+    """What in_gui.py answers in a GUI of this kit; without texts, the names of what it counts, and the numbers."""
     from host import Host
     state, settings = tempfile.mkdtemp(), tempfile.mkdtemp()
     with open(os.path.join(os.path.dirname(__file__), "in_gui.py")) as file:
-        code = file.read()
+        code = "texts, counting = %r, %r\n%s" % (texts, texts is None, file.read())
     try:
         channels.write(settings)
-        texts = [channels.reference(each) for each in channels.services()]
-        with Host(os.path.join(folder, kit), state, plugin=plugin, settings=settings) as host:
-            found = host.python("texts = %r\n%s" % (texts, code), timeout=300)
+        with Host(kit, state, plugin=plugin, settings=settings) as host:
+            found = host.python(code, timeout=300)
+            return found if texts else (found["counted"], counting_kit.counted(host))
     finally:
         shutil.rmtree(state, ignore_errors=True)
         shutil.rmtree(settings)
-    if found["taken over"] != len(texts):
-        raise SystemExit("bench: the editor took over %d of %d services" % (found["taken over"], len(texts)))
-    return found
 
 
-def table(kit, seconds, rows):
-    """Medians of runs that take turns, in microseconds of the processor; the ratio is the median of the ratios run by run."""
-    print("\n## In the real GUI %s\n\n| | ours (%d rows) | the host's own (%d rows) | ratio | by row |\n| --- | ---: | ---: | ---: | ---: |"
-          % (kit, rows["ours"], rows["host"]))
+def table(kit, seconds, instructions, rows):
+    """Medians of runs that take turns; the ratio is the median of the ratios run by run."""
+    print("\n## In the real GUI %s\n\n| | ours (%d rows) | the host's own (%d rows) | ratio | by row | instructions | | | |\n|%s"
+          % (kit, rows["ours"], rows["host"], " --- |" + 8 * " ---: |"))
     for title, key, who in (line if len(line) == 3 else line + ("ours",) for line in LINES):
-        ours, theirs = seconds[key + " " + who], seconds.get(key + " host")
-        text = "| %s | %.0f us |" % (title, 1e6 * median(ours))
-        if theirs:
-            ratio = median([own / host for own, host in zip(ours, theirs)])
-            text += " %.0f us | %.2f | %s |" % (
-                1e6 * median(theirs), ratio, "%.2f" % (ratio * rows["host"] / rows["ours"]) if key in BY_ROW else "")
-        else:
-            text += " | | |"
-        print(text)
+        cells = [title]
+        for found, form, scale in ((seconds, "%.0f us", 1e6), (instructions, "%.0f k", 1e-3)):
+            ours, theirs = found.get(key + " " + who), found.get(key + " host")
+            ratio = median([float(own) / host for own, host in zip(ours, theirs)]) if ours and theirs else None
+            cells += [form % (scale * median(each)) if each else "" for each in (ours, theirs)]
+            cells += ["%.2f" % ratio if ratio else ""]
+            cells += ["%.2f" % (ratio * rows["host"] / rows["ours"]) if ratio and key in BY_ROW else ""]
+        print("| %s |" % " | ".join(cells))
 
 
 def main(folder, *kits):
@@ -67,8 +82,7 @@ def main(folder, *kits):
             if not os.path.exists(os.path.join(folder, kit)) or not os.path.exists(plugin):
                 print("bench: %s skipped: no such kit, or no package for it" % kit)
                 continue
-            found = measure(folder, kit, plugin)
-            table(kit, found["seconds"], found["rows"])
+            table(kit, *measure(folder, kit, plugin))
     finally:
         shutil.rmtree(packages)
 

@@ -40,9 +40,9 @@ def reach(screens, name):
     names, waiting = [], [name]
     while waiting:
         name = waiting.pop()
-        if name not in names:
+        if name in screens and name not in names:
             names.append(name)
-            waiting.extend(panel.get("name") for panel in (screens[name][0].iter("panel") if name in screens else ()))
+            waiting.extend(panel.get("name") for panel in screens[name][0].iter("panel"))
     return names
 
 
