@@ -41,7 +41,7 @@ class ConfigListScreen(ConfigList.ConfigListScreen):
     def leave_out_unused(self):
         """Hosts make a window and a picture for rows of text. Where there is no such row nobody would see them."""
         unused = [name for name in ("HelpWindow", "VKeyIcon") if name in self]
-        if unused and not any(_types(kind) for kind in set(type(row[1]) for row in self["config"].list)):
+        if unused and not any([_types(kind) for kind in {type(row[1]) for row in self["config"].list}]):
             self.unused_parts = unused
             if "HelpWindow" in unused:
                 self["HelpWindow"] = NoWindow()
