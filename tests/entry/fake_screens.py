@@ -22,7 +22,8 @@ class StaticText(Source):
 
 class ActionMap:  # a classic class on 2.7, as on the boxes
     def __init__(self, contexts=None, actions=None, prio=0):
-        self.contexts, self.actions, self.prio = contexts or [], actions or {}, prio
+        self.contexts, self.actions, self.prio = contexts or [], actions, prio
+        list(self.actions.keys())  # old hosts do without an "or {}"
 
     def action(self, context, action):
         result = self.actions[action]() if action in self.actions else 0

@@ -106,7 +106,7 @@ class ActionMap(action_map.ActionMap):
     """An action map with guarded handlers, which is made without the host's look at each action of the table."""
 
     def __init__(self, contexts=None, actions=None, prio=0):
-        action_map.ActionMap.__init__(self, contexts, None, prio)
+        action_map.ActionMap.__init__(self, contexts, {}, prio)
         self.actions = actions or {}
 
     def action(self, context, action):
