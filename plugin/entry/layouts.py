@@ -77,11 +77,11 @@ class Layout(object):
 
     def _from_skin(self, screen):
         try:
-            given = skin_screens.signature(screen), skin_screens.texts(screen)
+            given = skin_screens.signature(screen)
             if (skin_screens.state(self._names), given) != self._made_from:  # a skin that was read anew has other elements
                 screens = skin_screens.loaded()
                 self._names = tuple(screens)
-                made = self._make(screens, skin_screens.parts(screen), _desktop(), given[1])
+                made = self._make(screens, skin_screens.parts(screen), _desktop(), skin_screens.texts(screen))
                 self._made, self._made_from = made and _forms(made), (skin_screens.state(self._names), given)
             return self._made
         except Exception:

@@ -102,8 +102,9 @@ def looks_of(screens, name, widget):
 
 
 def signature(screen):
-    """What `parts` depends on, sooner told: screens of one signature have the same parts."""
-    return list(screen), [part.__class__ for part in screen.values()], getattr(screen, "unused_parts", ())
+    """What `parts` and `texts` depend on, sooner told: screens of one signature have the same of both."""
+    texts = [getattr(screen[name], "text", None) for name in LABELS.intersection(screen)]
+    return list(screen), [part.__class__ for part in screen.values()], getattr(screen, "unused_parts", ()), texts
 
 
 def parts(screen):

@@ -77,9 +77,9 @@ class UnusedTest(BoxTest):
                 <widget name="HelpWindow" pixmap="vkey_icon.png" position="10,10" size="1,1"/>
                 <widget source="VKeyIcon" render="Pixmap" pixmap="key_text.png" position="10,10" size="35,25"/>
             </screen>"""), "")}
-        self.load()
 
     def open(self):
+        self.load()
         return self.box.session.open(self.module.Veltro, "/plugin")
 
     def test_is_left_out(self):
@@ -93,7 +93,7 @@ class UnusedTest(BoxTest):
         self.assertNotIsInstance(screen["HelpWindow"], Component, "no widget is made of it")
 
     def test_stays_where_a_setting_is_a_text(self):
-        self.module.config.usage.epg_buffer = self.box.modules["Components.config"].ConfigText("7")
+        self.config.epg.maxdays = self.box.modules["Components.config"].ConfigText("7")
         screen = self.open()
         self.assertIs(screen["HelpWindow"], self.window)
         self.assertIn("HelpWindow", screen.skin)

@@ -42,6 +42,8 @@ _languages = _selection(
     ("ita", "Italian"), ("nld dut", "Dutch"), ("pol", "Polish"), ("rus", "Russian"), ("spa", "Spanish"),
     ("tur", "Turkish"))
 
+FILE = "misc.epgcache_filename"
+
 # Each key: its path, where hosts have it if not there (a path, or what finds it once it is there), and how to make it if
 # they have it nowhere.
 KEYS = (
@@ -62,17 +64,18 @@ KEYS = (
     ("misc.epg_dvb_blacklist_mode", None, lambda: eit_blacklist.Mode(default=False)),
     ("misc.epg_is_client_stb", None, _off),
     ("misc.epg_data_timer", None, _minutes),
-    ("misc.epgcache_filename", None, lambda: host.ConfigText(default="/media/hdd/epg.dat", fixed_size=False)),
+    (FILE, None, lambda: host.ConfigText(default="/media/hdd/epg.dat", fixed_size=False)),
 )
 
 
 # What the plug-in itself acts on; what it acts on with the host's help, and the action that belongs to it; and by which name
 # code of the host asks for a key that some have and forgot.
-OUR_OWN = ("misc.epg_is_client_stb", "misc.epg_data_timer", "misc.epgcache_filename")
+OUR_OWN = ("misc.epg_is_client_stb", "misc.epg_data_timer", FILE)
 BLACKLIST = ("misc.epg_dvb_blacklist_mode", "edit_dvb_epg_blacklist")
 ASKED_FOR = {"usage.multiepg_ask_bouquet": "multiepg_ask_bouquet"}
 
 _paths = {}
+elements = []  # that rows show, but for those that are looked for each time
 _idle = set()  # new keys that nothing acts on
 _client = None  # the element of client mode
 
@@ -101,7 +104,10 @@ def changes():
                 continue
             found = elsewhere and _find(elsewhere)
             shown[path] = found if found is not None else _create(path, make())
-        _paths[id(found if found is not None else shown[path])] = path
+        element = found if found is not None else shown[path]
+        _paths[id(element)] = path
+        if path != FILE:
+            elements.append(element)
     for name in ASKED_FOR.values():
         has_reader(name)  # takes its time, and here nobody waits for a screen
     if "misc.epg_is_client_stb" in shown:
@@ -111,18 +117,15 @@ def changes():
     if shown:  # no host of that kind makes a new path count everywhere
         global _client
         _client = shown.get("misc.epg_is_client_stb") or _find("misc.epg_is_client_stb")
-        shown["misc.epgcache_filename"] = CacheFile(is_client)
+        shown[FILE] = CacheFile(is_client)
     return {"Components.config": {"config": View(host.config, shown)}} if shown else {}
 
 
-def path_of(element):
-    """The path of a key that the module has been shown; None for any other element."""
-    return _paths.get(id(element))
-
-
-def is_used(name):
-    """Whether anything acts on the key, or the action, on this host."""
-    return name not in _idle and (name not in ASKED_FOR or has_reader(ASKED_FOR[name]))
+def used(element, tag):
+    """The path of the key that the element is, the action's own tag for any other element; None if nothing acts on it on this
+    host."""
+    name = _paths.get(id(element), tag)
+    return name if name not in _idle and (name not in ASKED_FOR or has_reader(ASKED_FOR[name])) else None
 
 
 def is_client():

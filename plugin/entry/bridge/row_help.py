@@ -39,8 +39,8 @@ def changes():
 
 def getConfigListEntry(label, element, text, tag):
     """The host's row of these fields; tag -- what the row is for the module."""
-    name = keys.path_of(element) or tag
-    if not keys.is_used(name):
+    name = keys.used(element, tag)
+    if name is None:
         text = _(NOT_USED)
     elif not text:
         text = _(LOADS if name == "misc.epg_data_timer" and keys.is_client() else TEXTS.get(name, ""))

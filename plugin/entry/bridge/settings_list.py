@@ -7,16 +7,18 @@ from Components import ConfigList, config
 from Components.Sources.Source import Source
 from Components.Sources.StaticText import StaticText
 
-from . import guard
+from . import guard, keys
 
 TYPED = tuple(getattr(config, name) for name in ("ConfigText", "ConfigMacText") if hasattr(config, name))
 
-_is_typed = {}  # class of an element: whether it is one of TYPED
+_has_typed = False  # whether a row is a text
 
 
 def changes():
     """The part of a screen that changes settings, with a help line; and one element that holds nothing, for whoever asks for a
     new one."""
+    global _has_typed
+    _has_typed = any(isinstance(element, TYPED) for element in keys.elements)
     nothing = config.ConfigNothing()
     return {"Components.ConfigList": {"ConfigListScreen": ConfigListScreen},
             "Components.config": {"ConfigNothing": lambda: nothing}}
@@ -41,16 +43,10 @@ class ConfigListScreen(ConfigList.ConfigListScreen):
     def leave_out_unused(self):
         """Hosts make a window and a picture for rows of text. Where there is no such row nobody would see them."""
         unused = [name for name in ("HelpWindow", "VKeyIcon") if name in self]
-        if unused and not any([_types(kind) for kind in {type(row[1]) for row in self["config"].list}]):
+        if unused and not _has_typed:
             self.unused_parts = unused
             if "HelpWindow" in unused:
                 self["HelpWindow"] = NoWindow()
-
-
-def _types(kind):
-    if kind not in _is_typed:
-        _is_typed[kind] = issubclass(kind, TYPED)
-    return _is_typed[kind]
 
 
 class NoWindow(Source):
