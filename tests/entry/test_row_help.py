@@ -54,6 +54,17 @@ class HelpTest(BoxTest):
         self.assertEqual(self.rows()[1][2], "Braucht hier keiner.")
 
 
+class CompleteTest(BoxTest):
+    facts = {"contract": True}
+
+    def test_a_host_that_has_every_key_and_lacks_something_else(self):
+        del self.box.modules["Components.ConfigList"].getSelectionChoices
+        self.load()
+        rows = self.box.session.open(self.module.Veltro, "/plugin").list
+        self.assertEqual((len(rows), [row[0] for row in rows if not row[2]]), (22, []))
+        self.assertIn("Save", rows[18][2])
+
+
 class SwitchTest(HelpTest):
     facts = {"cache": ("flushEPG", "setSave")}
 

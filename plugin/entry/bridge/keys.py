@@ -95,6 +95,7 @@ def is_set(path):
 
 def changes():
     """A view of the tree with every key in its place; nothing if all are there already."""
+    global _client
     shown = {}
     for path, elsewhere, make in KEYS:
         found = _find(path)
@@ -114,9 +115,8 @@ def changes():
         _stop_saving_of_clients(shown["misc.epg_is_client_stb"])
     if "misc.epg_dvb_blacklist_mode" in shown:
         eit_blacklist.begin(shown["misc.epg_dvb_blacklist_mode"])
+    _client = shown.get("misc.epg_is_client_stb") or _find("misc.epg_is_client_stb")
     if shown:  # no host of that kind makes a new path count everywhere
-        global _client
-        _client = shown.get("misc.epg_is_client_stb") or _find("misc.epg_is_client_stb")
         shown[FILE] = CacheFile(is_client)
     return {"Components.config": {"config": View(host.config, shown)}} if shown else {}
 
