@@ -24,7 +24,7 @@ def loaded():
 
 def state(names):
     """What tells one reading of the skin from another: how many screens it has, and those of these names. To compare them all
-    would take longer than much else at an opening."""
+    takes three times as long."""
     found = []
     for table in [_in_skin(name) for name in _held]:
         if isinstance(table, dict):

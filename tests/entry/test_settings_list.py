@@ -49,7 +49,7 @@ class HelpTest(BoxTest):
 
 class NothingTest(BoxTest):
     def test_one_element_serves_all_rows_without_a_value(self):
-        """A new one for each took longer than all else of their rows."""
+        """It holds nothing, so it need not be made four times at each opening."""
         self.load()
         first, second = [self.box.session.open(self.module.Veltro, "/plugin").list for opened in range(2)]
         elements = [row[1] for rows in (first, second) for row in rows if row[3] != "to_save"]
